@@ -1,0 +1,25 @@
+# Library, header, CMake package and pkg-config file; the tool where it is built.
+include(CMakePackageConfigHelpers)
+set(package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/velmorn64)
+
+install(TARGETS velmorn64 EXPORT velmorn64Targets
+  LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}
+  ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR}
+  RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
+install(FILES include/velmorn64.h DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
+install(EXPORT velmorn64Targets NAMESPACE velmorn64:: DESTINATION ${package_dir})
+
+configure_package_config_file(cmake/velmorn64Config.cmake.in velmorn64Config.cmake
+  INSTALL_DESTINATION ${package_dir})
+write_basic_package_version_file(velmorn64ConfigVersion.cmake COMPATIBILITY SameMinorVersion)
+install(FILES ${CMAKE_CURRENT_BINARY_DIR}/velmorn64Config.cmake
+              ${CMAKE_CURRENT_BINARY_DIR}/velmorn64ConfigVersion.cmake
+        DESTINATION ${package_dir})
+
+configure_file(cmake/velmorn64.pc.in velmorn64.pc @ONLY)
+install(FILES ${CMAKE_CURRENT_BINARY_DIR}/velmorn64.pc
+        DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
+
+if(VELMORN64_BUILD_TOOLS)
+  install(TARGETS velmorn RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
+endif()

@@ -1,0 +1,353 @@
+// velmorn64: rigid transforms between depth cameras that look at one calibration board.
+//
+// This is the library's only public header. A host needs nothing else: no other header of ours and
+// no OpenCV header.
+//
+// Units      Lengths come out in the unit that the board's square size or the points were given
+//            in, normally millimetres. Image coordinates are pixels, (0, 0) the centre of the
+//            first pixel, x right, y down. Residuals are lengths, angles never cross this header.
+// Frames     A camera frame has x right, y down and z along the line of sight. Transforms are
+//            named target-from-source: a point p in the source frame is R p + T in the target
+//            frame. The direction of every output is stated with its function.
+// Ownership  The library keeps no pointer after a call returns and allocates nothing that the
+//            caller has to free.
+// Threads    No threads are started and no state is kept, so calls on different threads do not
+//            disturb each other's results. They do share two things by name in the working
+//            directory: "velmorn.log" and the folder "chessImgs/" (see ozkVelmornByChess).
+// Errors     Nothing is thrown across this boundary. Every function returns a status code from the
+//            table below; on anything but kOzkSuccess the outputs keep what the caller had put
+//            there.
+// Messages   Long operations append time-stamped lines to "velmorn.log" in the working directory
+//            (restarted when it has grown past 10 MiB; a log that cannot be written changes no
+//            result) and write short lines to std::cout. A host that wants a quiet standard output
+//            redirects std::cout for the duration of the call.
+#ifndef VELMORN64_H
+#define VELMORN64_H
+
+#include <cstddef>
+#include <cstdint>
+#include <map>
+#include <string>
+#include <vector>
+
+#define VELMORN64_VERSION "0.1.0"
+
+// Marks the exported functions. Define VELMORN64_STATIC to link the static archive instead of the
+// dynamic library; VELMORN64_BUILDING is for the library's own build only.
+#if defined(VELMORN64_STATIC)
+#define VELMORN64_API
+#elif defined(_WIN32)
+#if defined(VELMORN64_BUILDING)
+#define VELMORN64_API __declspec(dllexport)
+#else
+#define VELMORN64_API __declspec(dllimport)
+#endif
+#else
+#define VELMORN64_API __attribute__((visibility("default")))
+#endif
+
+// ---------------------------------------------------------------------------------------------
+// Constants
+// ---------------------------------------------------------------------------------------------
+
+// Most cameras in one stitching call; also the capacity of OzKStitchResult.
+constexpr std::int32_t kMaxStitchCameras = 10;
+
+// Status codes.
+constexpr std::int32_t kOzkSuccess = 0;
+// A computation failed (pose, rigid fit, matrix inverse, memory, anything that OpenCV refuses), or a
+// stitching run could not link every camera to the base camera.
+constexpr std::int32_t kOzkComputationFailed = -1;
+// Further geometry failures of the extrinsic utilities.
+constexpr std::int32_t kOzkGeometryFailed2 = -2;
+constexpr std::int32_t kOzkGeometryFailed3 = -3;
+// Image `type` not accepted.
+constexpr std::int32_t kOzkBadImageType = -1102;
+// Image `dataType` not accepted.
+constexpr std::int32_t kOzkBadDataType = -1103;
+// Wrong size or count: zero width or height, image sizes that differ, too few points, too few or too
+// many cameras, missing or inconsistent board images, missing or malformed camera parameters.
+constexpr std::int32_t kOzkBadSize = -1107;
+// Image size, type or sample type not accepted by the averaging functions.
+constexpr std::int32_t kOzkBadAverageInput = -1109;
+// Null pointer given to one of two extrinsic utilities, which have a code of their own for it.
+constexpr std::int32_t kOzkNullExtrinsic = -1110;
+// A required pointer is null.
+constexpr std::int32_t kOzkNullPointer = -1111;
+// No data code in the image of a data-code board.
+constexpr std::int32_t kOzkNoDataCode = -2800;
+
+// Values of tagOzKImage::type.
+constexpr std::uint32_t kOzkImageOneChannel = 256;           // grey or depth
+constexpr std::uint32_t kOzkImageThreeChannels = 512;        // the library's own channel order
+constexpr std::uint32_t kOzkImageRejected = 258;             // refused by the averaging functions
+constexpr std::uint32_t kOzkImageThreeChannelsSwapped = 514; // first and third channel swapped
+
+// Values of tagOzKImage::dataType.
+constexpr std::uint32_t kOzkSample8U = 0;  // 8-bit unsigned samples
+constexpr std::uint32_t kOzkSample16U = 5; // 16-bit unsigned samples (depth)
+
+// ---------------------------------------------------------------------------------------------
+// Records. Plain data, natural alignment on a 64-bit platform, little-endian; hosts pass arrays of
+// them, so the layouts below are fixed to the byte.
+// ---------------------------------------------------------------------------------------------
+
+// A 2-D point.
+struct tagOzKPoint2Df32 {
+  float x; // pixels, or the unit stated with the function
+  float y; // same unit as x
+};
+
+// A 3-D point in single precision.
+struct tagOzKPoint3Df32 {
+  float x; // length unit
+  float y; // length unit
+  float z; // length unit
+};
+
+// A 3-D point in double precision: where a line or a plane is given by points or coefficients.
+struct tagOzKPoint3Df64 {
+  double x; // length unit
+  double y; // length unit
+  double z; // length unit
+};
+
+// An axis-aligned rectangle: length units for a measuring region, pixels for an image rectangle.
+// Width is x2 - x1, height is y2 - y1.
+struct tagOzKRect2Df32 {
+  float x1; // left edge
+  float y1; // top edge
+  float x2; // right edge
+  float y2; // bottom edge
+};
+
+// A size, passed by value. For a chessboard: inner corners, as in OpenCV's pattern size.
+struct tagOzKSize {
+  std::int32_t width;  // columns; inner corners per row of the board
+  std::int32_t height; // rows; inner corners per column of the board
+};
+
+// The camera matrix, 3x3 row-major: fx, 0, cx, 0, fy, cy, 0, 0, 1.
+struct tagOzKCamIntrinsic {
+  double matrix[9]; // pixels: [0] fx, [2] cx, [4] fy, [5] cy
+};
+
+// Lens distortion in OpenCV's order. Coefficients that a lens model does not have are 0.
+struct tagOzKCamDistortion {
+  double coeffs[12]; // no unit: k1, k2, p1, p2, k3, k4, k5, k6, s1, s2, s3, s4
+};
+
+// A rigid transform, 4x4 row-major [R T; 0 0 0 1]. Maps a point p of the source frame to
+// R p + T in the target frame.
+struct tagOzKCamExtrinsic {
+  double data[16]; // [0..2], [4..6], [8..10] rows of R; [3], [7], [11] T in length units
+};
+
+// An image. Arrays of images are contiguous arrays of this whole record. The caller owns `data` of
+// an image passed in and keeps it for the duration of the call; who owns it in an image that the
+// library fills is stated with the function.
+struct tagOzKImage {
+  std::uint32_t type;          // kOzkImage... above
+  std::uint32_t dataType;      // kOzkSample... above
+  std::uint32_t width;         // columns, pixels
+  std::uint32_t height;        // rows, pixels
+  std::int32_t roiX0;          // region of interest, pixels: first column,
+  std::int32_t roiY0;          // first row,
+  std::int32_t roiX1;          // last column (inclusive),
+  std::int32_t roiY1;          // last row (inclusive); not read by the library's own computations
+  void* data;                  // rows one after another without a gap
+  std::uint8_t reservedB[184]; // never read or written by the library
+};
+
+// What a stitching call found; written on success only.
+struct OzKStitchResult {
+  // One entry per camera, in the order of the caller's list; entries at and beyond cameraNum stay
+  // as they were. Direction and the base camera's own entry: see ozkVelmornByChess.
+  tagOzKCamExtrinsic camExtrinsic[kMaxStitchCameras];
+  float camRTError[kMaxStitchCameras]; // mean residual of the camera's link, length unit; base: 0
+  std::int32_t cameraNum;              // number of cameras of the call
+  std::int32_t baseCamIdx;             // index of the base camera in the caller's list
+};
+
+// A fixed text buffer: a camera identifier or an image file path.
+struct OzKStitchCstring {
+  char str[512]; // NUL-terminated, at most 511 characters; read up to the first NUL
+};
+
+// A counted list of text buffers. The caller owns the buffers.
+struct OzKStitchCstringList {
+  OzKStitchCstring* strs; // first of `num` contiguous buffers
+  std::int32_t num;       // number of entries
+};
+
+// ---------------------------------------------------------------------------------------------
+// Rigid transform between two point sets
+// ---------------------------------------------------------------------------------------------
+
+// Fits the rotation and translation that carry the points `a` onto the points `b` with the least
+// sum of squared distances (centroids and SVD; K. S. Arun, T. S. Huang, S. D. Blostein,
+// "Least-squares fitting of two 3-D point sets", IEEE PAMI 9(5), 1987).
+//
+// a          n points in the source frame; not modified
+// b          n points in the target frame, b[i] belongs to a[i], same length unit; not modified
+// n          number of pairs, at least 3
+// extrinsic  out. Elements 0..2 are row 0 of R, elements 3, 7, 11 are T and 12..15 are 0 0 0 1, of
+//            bFromA: b = R a + T. Elements 4..6 and 8..10 are NOT rows 1 and 2 of R: they hold the
+//            doubles that start 3 and 6 bytes into R's storage. Existing hosts depend on this
+//            content. R's other rows cannot be recovered from it.
+// error      out, may be null: mean distance between b[i] and R a[i] + T, length unit
+//
+// Points on one line or at one place are accepted; the rotation is then any orthogonal one that the
+// decomposition gives. No messages.
+// Returns kOzkSuccess; kOzkBadSize when a, b or extrinsic is null or n < 3; kOzkComputationFailed.
+VELMORN64_API int ozkCalRTMatFrom3dPtTo3dPt(tagOzKPoint3Df32* a, tagOzKPoint3Df32* b, int n,
+                                            tagOzKCamExtrinsic* extrinsic, float* error);
+
+// ---------------------------------------------------------------------------------------------
+// Stitching by chessboard
+// ---------------------------------------------------------------------------------------------
+
+// Computes the transform between every camera and one base camera from images of a chessboard.
+// Image j of every camera shows the board in the same position j. Cameras that saw the board in at
+// least `minImages` common positions are linked; the links form a tree whose root is the base.
+//
+// camIDs            2 to 10 identifiers, any text; their order is the order of the result
+// chessImgPaths     per identifier the image files, equally many for every camera, any format
+//                   that OpenCV reads; a file that cannot be read, differs in size from the
+//                   camera's first readable one or shows no board only drops that position
+// camIntrinsics     per identifier the camera matrix, pixels
+// camDistortions    per identifier the lens distortion
+// patternSize       inner corners per row and per column, each at least 3
+// squareSize        side of a square; gives the result its length unit
+// result            out, see below
+// minImages         least number of images per camera, and of common positions for a link
+// saveCornerImages  writes "chessImgs/corner-NNN-ID.bmp" with the corners drawn, NNN the image's
+//                   index, into the working directory; a failure to write is not reported
+// baseCamIdx        index of the base camera in camIDs; anything outside 0 to n-1 (such as -1)
+//                   lets the library take the camera that gives the shallowest tree, the first of
+//                   several
+//
+// Result, for camera i:
+//   the base        elements 0, 4, 10 and 15 are 1, all others 0, which is not the identity matrix
+//                   (existing hosts depend on it): treat the base entry as the identity. Error 0.
+//   linked to the base directly
+//                   camFromBase: maps a point in the base camera's frame into camera i's frame
+//   linked through other cameras
+//                   with parent p below the base: R = R(p) R(i), T = R(p) T(i) + T(p), where
+//                   R(i), T(i) is camera i's camFromParent; repeated for p's own parents. This is
+//                   not the composition of the two maps; hosts depend on it as it stands. Compose
+//                   the pairwise links instead where that is wanted.
+//   camRTError[i]   mean residual of the link to the camera's parent, length unit
+//
+// Messages, console and log unless one is named:
+//   "find corner: PATH" console, then "success" or "failed" console, or
+//   "load PATH failed" or "image size is error"
+//   "the number of cameras should be greater than 2" log (fewer than two cameras were given)
+//   "error: the number of cameras(N) is greater than 10" log
+//   "chess image error"                    a camera without images, or with another number of them
+//   "too few chess images"                 fewer images than minImages
+//   "camera matrix or dist is error"       a camera without camera matrix or distortion
+//   "solvePnP error" console, "solvePnP errorr" log; "calRTMatFrom3dPtTo3dPt failed"
+//   "failed to get camera ID RT"           the camera could not be linked
+//   "camreaIDs (ID,ID,...)", "inputCameraIdx=...", "calCameraRTByChessImgs success" log, and
+//   "baseCamIdx=N" console without a line end, after success
+//
+// Returns kOzkSuccess; kOzkBadSize for a bad count of cameras or images or missing camera
+// parameters, before any image is read; kOzkComputationFailed when a camera could not be linked or
+// OpenCV refused an input (such as a pattern size below 3 or a square size of 0).
+VELMORN64_API int ozkVelmornByChess(
+    const std::vector<std::string>& camIDs,
+    const std::map<std::string, std::vector<std::string>>& chessImgPaths,
+    const std::map<std::string, tagOzKCamIntrinsic>& camIntrinsics,
+    const std::map<std::string, tagOzKCamDistortion>& camDistortions, tagOzKSize patternSize,
+    float squareSize, OzKStitchResult& result, int minImages, bool saveCornerImages,
+    int baseCamIdx);
+
+// ozkVelmornByChess for hosts that can only pass plain records.
+//
+// camIDs          camNum identifiers
+// camNum          number of cameras, 2 to 10
+// chessImgPaths   camNum lists. Camera i is given ONE path, entry number i of its own list's `strs`,
+//                 `num` times over; the list's other entries are not read. Existing hosts pass
+//                 their paths accordingly. A list must therefore hold at least i + 1 entries
+//                 whenever `num` is positive.
+// camIntrinsics   camNum camera matrices, entry i for camera i
+// camDistortions  camNum distortions, entry i for camera i
+// the rest        as for ozkVelmornByChess
+//
+// An identifier that occurs twice takes the later one's parameters and images and is listed twice.
+// Returns kOzkNullPointer when one of the five pointers, or the `strs` of a list with entries, is
+// null; otherwise as ozkVelmornByChess.
+VELMORN64_API int ozkVelmornByChessCtype(const OzKStitchCstring* camIDs, int camNum,
+                                         const OzKStitchCstringList* chessImgPaths,
+                                         const tagOzKCamIntrinsic* camIntrinsics,
+                                         const tagOzKCamDistortion* camDistortions,
+                                         tagOzKSize patternSize, float squareSize,
+                                         OzKStitchResult* result, int minImages,
+                                         bool saveCornerImages, int baseCamIdx);
+
+// ---------------------------------------------------------------------------------------------
+// The layouts, checked where they are used
+// ---------------------------------------------------------------------------------------------
+
+static_assert(sizeof(void*) == 8, "velmorn64 is for 64-bit platforms");
+
+static_assert(sizeof(tagOzKPoint2Df32) == 8, "");
+static_assert(offsetof(tagOzKPoint2Df32, x) == 0, "");
+static_assert(offsetof(tagOzKPoint2Df32, y) == 4, "");
+
+static_assert(sizeof(tagOzKPoint3Df32) == 12, "");
+static_assert(offsetof(tagOzKPoint3Df32, x) == 0, "");
+static_assert(offsetof(tagOzKPoint3Df32, y) == 4, "");
+static_assert(offsetof(tagOzKPoint3Df32, z) == 8, "");
+
+static_assert(sizeof(tagOzKPoint3Df64) == 24, "");
+static_assert(offsetof(tagOzKPoint3Df64, x) == 0, "");
+static_assert(offsetof(tagOzKPoint3Df64, y) == 8, "");
+static_assert(offsetof(tagOzKPoint3Df64, z) == 16, "");
+
+static_assert(sizeof(tagOzKRect2Df32) == 16, "");
+static_assert(offsetof(tagOzKRect2Df32, x1) == 0, "");
+static_assert(offsetof(tagOzKRect2Df32, y1) == 4, "");
+static_assert(offsetof(tagOzKRect2Df32, x2) == 8, "");
+static_assert(offsetof(tagOzKRect2Df32, y2) == 12, "");
+
+static_assert(sizeof(tagOzKSize) == 8, "");
+static_assert(offsetof(tagOzKSize, width) == 0, "");
+static_assert(offsetof(tagOzKSize, height) == 4, "");
+
+static_assert(sizeof(tagOzKCamIntrinsic) == 72, "");
+static_assert(offsetof(tagOzKCamIntrinsic, matrix) == 0, "");
+
+static_assert(sizeof(tagOzKCamDistortion) == 96, "");
+static_assert(offsetof(tagOzKCamDistortion, coeffs) == 0, "");
+
+static_assert(sizeof(tagOzKCamExtrinsic) == 128, "");
+static_assert(offsetof(tagOzKCamExtrinsic, data) == 0, "");
+
+static_assert(sizeof(tagOzKImage) == 224, "");
+static_assert(offsetof(tagOzKImage, type) == 0, "");
+static_assert(offsetof(tagOzKImage, dataType) == 4, "");
+static_assert(offsetof(tagOzKImage, width) == 8, "");
+static_assert(offsetof(tagOzKImage, height) == 12, "");
+static_assert(offsetof(tagOzKImage, roiX0) == 16, "");
+static_assert(offsetof(tagOzKImage, roiY0) == 20, "");
+static_assert(offsetof(tagOzKImage, roiX1) == 24, "");
+static_assert(offsetof(tagOzKImage, roiY1) == 28, "");
+static_assert(offsetof(tagOzKImage, data) == 32, "");
+static_assert(offsetof(tagOzKImage, reservedB) == 40, "");
+
+static_assert(sizeof(OzKStitchResult) == 1328, "");
+static_assert(offsetof(OzKStitchResult, camExtrinsic) == 0, "");
+static_assert(offsetof(OzKStitchResult, camRTError) == 1280, "");
+static_assert(offsetof(OzKStitchResult, cameraNum) == 1320, "");
+static_assert(offsetof(OzKStitchResult, baseCamIdx) == 1324, "");
+
+static_assert(sizeof(OzKStitchCstring) == 512, "");
+static_assert(offsetof(OzKStitchCstring, str) == 0, "");
+
+static_assert(sizeof(OzKStitchCstringList) == 16, "");
+static_assert(offsetof(OzKStitchCstringList, strs) == 0, "");
+static_assert(offsetof(OzKStitchCstringList, num) == 8, "");
+
+#endif // VELMORN64_H

@@ -1,0 +1,148 @@
+// The exported chessboard stitching functions.
+#include <algorithm>
+
+#include "foundation/boundary.h"
+#include "foundation/log.h"
+#include "stitching/chess_stitching.h"
+
+namespace velmorn {
+namespace {
+
+cv::Mat rowMajor(int rows, int columns, const double* elements) {
+  cv::Mat matrix(rows, columns, CV_64FC1);
+  std::copy(elements, elements + rows * columns, matrix.ptr<double>());
+  return matrix;
+}
+
+MatrixMap intrinsicMatrices(const std::map<std::string, tagOzKCamIntrinsic>& camIntrinsics) {
+  MatrixMap matrices;
+  for (const auto& [camID, intrinsic] : camIntrinsics)
+    matrices[camID] = rowMajor(3, 3, intrinsic.matrix);
+  return matrices;
+}
+
+MatrixMap distortionMatrices(const std::map<std::string, tagOzKCamDistortion>& camDistortions) {
+  MatrixMap matrices;
+  for (const auto& [camID, distortion] : camDistortions)
+    matrices[camID] = rowMajor(1, 12, distortion.coeffs);
+  return matrices;
+}
+
+// Hosts rely on this exact pattern: element 4, not 5, is 1. Treat the base entry as identity.
+void writeBaseEntry(tagOzKCamExtrinsic& extrinsic) {
+  for (double& element : extrinsic.data) element = 0;
+  for (const int one : {0, 4, 10, 15}) extrinsic.data[one] = 1.0;
+}
+
+void writeCameraEntry(const cv::Mat& R, const cv::Mat& T, tagOzKCamExtrinsic& extrinsic) {
+  double* out = extrinsic.data;
+  for (int row = 0; row < 3; ++row) {
+    for (int column = 0; column < 3; ++column) out[4 * row + column] = R.at<double>(row, column);
+    out[4 * row + 3] = T.at<double>(row);
+  }
+  out[12] = out[13] = out[14] = 0;
+  out[15] = 1.0;
+}
+
+int stitchByChess(const std::vector<std::string>& camIDs, const ImagePathMap& chessImgPaths,
+                  const std::map<std::string, tagOzKCamIntrinsic>& camIntrinsics,
+                  const std::map<std::string, tagOzKCamDistortion>& camDistortions,
+                  tagOzKSize patternSize, float squareSize, OzKStitchResult& result, int minImages,
+                  bool saveCornerImages, int baseCamIdx) {
+  MatrixMap rotations, translations;
+  ResidualMap residuals;
+  const int status = calCameraRTByChessImgs(
+      camIDs, chessImgPaths, intrinsicMatrices(camIntrinsics), distortionMatrices(camDistortions),
+      patternSize, squareSize, rotations, translations, residuals, minImages, saveCornerImages,
+      baseCamIdx);
+  if (status != kOzkSuccess) return status;
+
+  const int n = static_cast<int>(camIDs.size());
+  for (int i = 0; i < n; ++i) {
+    if (i == baseCamIdx) {
+      writeBaseEntry(result.camExtrinsic[i]);
+      result.camRTError[i] = 0;
+      continue;
+    }
+    const std::string& camID = camIDs[static_cast<std::size_t>(i)];
+    writeCameraEntry(rotations[camID], translations[camID], result.camExtrinsic[i]);
+    result.camRTError[i] = residuals[camID];
+  }
+  result.cameraNum = n;
+  result.baseCamIdx = baseCamIdx;
+  printConsole("baseCamIdx=" + std::to_string(baseCamIdx));
+  writeLog(kLogPath, "calCameraRTByChessImgs success\n");
+  return kOzkSuccess;
+}
+
+// The text up to its first NUL; a buffer without one is taken whole.
+std::string textOf(const OzKStitchCstring& text) {
+  std::size_t length = 0;
+  while (length < sizeof text.str && text.str[length] != '\0') ++length;
+  return {text.str, length};
+}
+
+// The camera's own index picks the entry, for all `num` copies: hosts place the path there.
+std::vector<std::string> pathsOf(const OzKStitchCstringList& list, int camera) {
+  if (list.num < 1) return {};
+  return std::vector<std::string>(static_cast<std::size_t>(list.num), textOf(list.strs[camera]));
+}
+
+bool hasNullStrings(const OzKStitchCstringList* lists, int count) {
+  for (int i = 0; i < count; ++i)
+    if (lists[i].strs == nullptr && lists[i].num > 0) return true;
+  return false;
+}
+
+int stitchByChessRecords(const OzKStitchCstring* camIDs, int camNum,
+                         const OzKStitchCstringList* chessImgPaths,
+                         const tagOzKCamIntrinsic* camIntrinsics,
+                         const tagOzKCamDistortion* camDistortions, tagOzKSize patternSize,
+                         float squareSize, OzKStitchResult* result, int minImages,
+                         bool saveCornerImages, int baseCamIdx) {
+  if (camIDs == nullptr || chessImgPaths == nullptr || camIntrinsics == nullptr ||
+      camDistortions == nullptr || result == nullptr || hasNullStrings(chessImgPaths, camNum))
+    return kOzkNullPointer;
+
+  std::vector<std::string> ids;
+  ImagePathMap paths;
+  std::map<std::string, tagOzKCamIntrinsic> intrinsics;
+  std::map<std::string, tagOzKCamDistortion> distortions;
+  for (int i = 0; i < camNum; ++i) {
+    const std::string camID = textOf(camIDs[i]);
+    ids.push_back(camID);
+    paths[camID] = pathsOf(chessImgPaths[i], i);
+    intrinsics[camID] = camIntrinsics[i];
+    distortions[camID] = camDistortions[i];
+  }
+  return ozkVelmornByChess(ids, paths, intrinsics, distortions, patternSize, squareSize, *result,
+                           minImages, saveCornerImages, baseCamIdx);
+}
+
+} // namespace
+} // namespace velmorn
+
+int ozkVelmornByChess(const std::vector<std::string>& camIDs,
+                      const std::map<std::string, std::vector<std::string>>& chessImgPaths,
+                      const std::map<std::string, tagOzKCamIntrinsic>& camIntrinsics,
+                      const std::map<std::string, tagOzKCamDistortion>& camDistortions,
+                      tagOzKSize patternSize, float squareSize, OzKStitchResult& result,
+                      int minImages, bool saveCornerImages, int baseCamIdx) {
+  return velmorn::guarded([&] {
+    return velmorn::stitchByChess(camIDs, chessImgPaths, camIntrinsics, camDistortions, patternSize,
+                                  squareSize, result, minImages, saveCornerImages, baseCamIdx);
+  });
+}
+
+int ozkVelmornByChessCtype(const OzKStitchCstring* camIDs, int camNum,
+                           const OzKStitchCstringList* chessImgPaths,
+                           const tagOzKCamIntrinsic* camIntrinsics,
+                           const tagOzKCamDistortion* camDistortions, tagOzKSize patternSize,
+                           float squareSize, OzKStitchResult* result, int minImages,
+                           bool saveCornerImages, int baseCamIdx) {
+  return velmorn::guarded([&] {
+    return velmorn::stitchByChessRecords(camIDs, camNum, chessImgPaths, camIntrinsics,
+                                         camDistortions, patternSize, squareSize, result, minImages,
+                                         saveCornerImages, baseCamIdx);
+  });
+}
