@@ -158,25 +158,24 @@ void distances8(const Transform& m, const tagOzKPoint3Df32* a, const tagOzKPoint
 }
 
 // The sum is one long chain of float additions. It runs one group behind the distances, so that the
-// processor can work on both.
+// processor can work on both; the zeros of the group before the first change no sum of lengths.
 float addResiduals(const tagOzKPoint3Df32* a, const tagOzKPoint3Df32* b, int n, const double R[9],
                    const double t[3], float sum) {
   Transform m;
   for (int k = 0; k < 9; ++k) m.R[k] = _mm512_set1_pd(R[k]);
   for (int k = 0; k < 3; ++k) m.t[k] = _mm512_set1_pd(t[k]);
 
+  float groups[2][8] = {};
+  float *current = groups[0], *next = groups[1];
   int i = 0;
-  if (n >= 8) {
-    float groups[2][8];
-    distances8(m, a, b, groups[0]);
-    int current = 0;
-    for (i = 8; i <= n - 8; i += 8) {
-      distances8(m, a + i, b + i, groups[1 - current]);
-      for (int k = 0; k < 8; ++k) sum += groups[current][k];
-      current = 1 - current;
-    }
-    for (int k = 0; k < 8; ++k) sum += groups[current][k];
+  for (; i <= n - 8; i += 8) {
+    distances8(m, a + i, b + i, next);
+    for (int k = 0; k < 8; ++k) sum += current[k];
+    float* const done = current;
+    current = next;
+    next = done;
   }
+  for (int k = 0; k < 8; ++k) sum += current[k];
   return plainRigidKernels().addResiduals(a + i, b + i, n - i, R, t, sum);
 }
 

@@ -60,25 +60,24 @@ void transpose3x3(const double a[9], double transposed[9]) {
     for (int column = 0; column < 3; ++column) transposed[3 * column + row] = a[3 * row + column];
 }
 
-cv::Mat header3x3(double elements[9]) { return cv::Mat(3, 3, CV_64FC1, elements); }
-
 // R = V D U^T from H = U W V^T.
-void rotationFromCovariance(double H[9], double R[9]) {
-  double w[3], u[9], vt[9], uvt[9];
-  cv::Mat W(3, 1, CV_64FC1, w), U = header3x3(u), Vt = header3x3(vt);
-  cv::SVDecomp(header3x3(H), W, U, Vt, 0);
-  multiply3x3(u, vt, uvt);
+void rotationFromCovariance(const cv::Matx33d& H, double R[9]) {
+  cv::Matx31d w;
+  cv::Matx33d U, Vt, UVt;
+  cv::SVDecomp(H, w, U, Vt, 0);
+  multiply3x3(U.val, Vt.val, UVt.val);
 
   // The determinant's value, not its sign: it is +1 or -1 only up to rounding, and hosts compare
-  // results bit by bit.
-  const double d = cv::determinant(header3x3(uvt));
+  // results bit by bit. Through InputArray, as for a cv::Mat: the overload for Matx rounds
+  // differently.
+  const double d = cv::determinant(cv::InputArray(UVt));
   const double D[9] = {1, 0, 0, 0, 1, 0, 0, 0, d};
 
-  double v[9], ut[9], vd[9];
-  transpose3x3(vt, v);
-  transpose3x3(u, ut);
-  multiply3x3(v, D, vd);
-  multiply3x3(vd, ut, R);
+  double V[9], Ut[9], VD[9];
+  transpose3x3(Vt.val, V);
+  transpose3x3(U.val, Ut);
+  multiply3x3(V, D, VD);
+  multiply3x3(VD, Ut, R);
 }
 
 void centroid(const double sum[3], int n, float c[3]) {
@@ -130,8 +129,9 @@ int calRTMatFrom3dPtTo3dPt(const tagOzKPoint3Df32* a, const tagOzKPoint3Df32* b,
   centroid(sumA, n, ca);
   centroid(sumB, n, cb);
 
-  double H[9], r[9];
-  covariance(kernels, a, b, n, ca, cb, H);
+  cv::Matx33d H;
+  double r[9];
+  covariance(kernels, a, b, n, ca, cb, H.val);
   rotationFromCovariance(H, r);
 
   R.create(3, 3, CV_64FC1);
