@@ -1,8 +1,8 @@
-// The rigid fit: shipped form, plain form, and Eigen's umeyama in single precision, on the same pairs.
-// Eigen's does not compute the residual, ours does.
+// The rigid fit: shipped form, plain form, and Eigen's umeyama in single precision, on the same
+// pairs. Eigen's does not compute the residual, ours does.
+#include <benchmark/benchmark.h>
 #include <Eigen/Core>
 #include <Eigen/Geometry>
-#include <benchmark/benchmark.h>
 
 #include "geometry/plain_rigid_transform.h"
 #include "geometry/point_clouds.h"

@@ -55,8 +55,8 @@ constexpr std::int32_t kMaxStitchCameras = 10;
 
 // Status codes.
 constexpr std::int32_t kOzkSuccess = 0;
-// A computation failed (pose, rigid fit, matrix inverse, memory, anything that OpenCV refuses), or a
-// stitching run could not link every camera to the base camera.
+// A computation failed (pose, rigid fit, matrix inverse, memory, anything that OpenCV refuses), or
+// a stitching run could not link every camera to the base camera.
 constexpr std::int32_t kOzkComputationFailed = -1;
 // Further geometry failures of the extrinsic utilities.
 constexpr std::int32_t kOzkGeometryFailed2 = -2;
@@ -65,8 +65,8 @@ constexpr std::int32_t kOzkGeometryFailed3 = -3;
 constexpr std::int32_t kOzkBadImageType = -1102;
 // Image `dataType` not accepted.
 constexpr std::int32_t kOzkBadDataType = -1103;
-// Wrong size or count: zero width or height, image sizes that differ, too few points, too few or too
-// many cameras, missing or inconsistent board images, missing or malformed camera parameters.
+// Wrong size or count: zero width or height, image sizes that differ, too few points, too few or
+// too many cameras, missing or inconsistent board images, missing or malformed camera parameters.
 constexpr std::int32_t kOzkBadSize = -1107;
 // Image size, type or sample type not accepted by the averaging functions.
 constexpr std::int32_t kOzkBadAverageInput = -1109;
@@ -267,7 +267,8 @@ VELMORN64_API int ozkVelmornByChess(
 //
 // camIDs          camNum identifiers
 // camNum          number of cameras, 2 to 10
-// chessImgPaths   camNum lists. Camera i is given ONE path, entry number i of its own list's `strs`,
+// chessImgPaths   camNum lists. Camera i is given ONE path, entry number i of its own list's
+// `strs`,
 //                 `num` times over; the list's other entries are not read. Existing hosts pass
 //                 their paths accordingly. A list must therefore hold at least i + 1 entries
 //                 whenever `num` is positive.

@@ -6,7 +6,7 @@
 
 // Lets the compiler check a printf-style function's arguments.
 #if defined(__GNUC__)
-#define VELMORN_PRINTF_FORMAT(formatIndex, firstArgument)                                          \
+#define VELMORN_PRINTF_FORMAT(formatIndex, firstArgument) \
   __attribute__((format(printf, formatIndex, firstArgument)))
 #else
 #define VELMORN_PRINTF_FORMAT(formatIndex, firstArgument)

@@ -26,8 +26,8 @@ using AddProducts4 = void (*)(const tagOzKPoint3Df32* a, const tagOzKPoint3Df32*
 using AddProducts2 = void (*)(const tagOzKPoint3Df32* a, const tagOzKPoint3Df32* b, int n,
                               const float ca[3], const float cb[3], double sums[2][9]);
 
-// Returns `sum` with |b[i] - (R a[i] + t)| added, each length rounded to float, in float and in point
-// order. R row-major.
+// Returns `sum` with |b[i] - (R a[i] + t)| added, each length rounded to float, in float and in
+// point order. R row-major.
 using AddResiduals = float (*)(const tagOzKPoint3Df32* a, const tagOzKPoint3Df32* b, int n,
                                const double R[9], const double t[3], float sum);
 

@@ -149,8 +149,8 @@ void distances4(const Transform& m, const tagOzKPoint3Df32* a, const tagOzKPoint
   const __m256d dx = difference(m, 0, x, y, z, q.x);
   const __m256d dy = difference(m, 1, x, y, z, q.y);
   const __m256d dz = difference(m, 2, x, y, z, q.z);
-  const __m256d squares = _mm256_add_pd(
-      _mm256_add_pd(_mm256_mul_pd(dx, dx), _mm256_mul_pd(dy, dy)), _mm256_mul_pd(dz, dz));
+  const __m256d squares = _mm256_add_pd(_mm256_add_pd(_mm256_mul_pd(dx, dx), _mm256_mul_pd(dy, dy)),
+                                        _mm256_mul_pd(dz, dz));
   _mm_storeu_ps(out, _mm256_cvtpd_ps(_mm256_sqrt_pd(squares)));
 }
 

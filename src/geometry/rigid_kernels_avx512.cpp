@@ -90,9 +90,9 @@ __m512d addFourElements(__m512d sums, __m512d e0, __m512d e1, __m512d e2, __m512
   const __m512d low23 = _mm512_shuffle_f64x2(e2, e3, 0x44);
   const __m512d high01 = _mm512_shuffle_f64x2(e0, e1, 0xEE);
   const __m512d high23 = _mm512_shuffle_f64x2(e2, e3, 0xEE);
-  sums = _mm512_add_pd(sums, _mm512_shuffle_f64x2(low01, low23, 0x88));    // points 0, 1
-  sums = _mm512_add_pd(sums, _mm512_shuffle_f64x2(low01, low23, 0xDD));    // points 2, 3
-  sums = _mm512_add_pd(sums, _mm512_shuffle_f64x2(high01, high23, 0x88));  // points 4, 5
+  sums = _mm512_add_pd(sums, _mm512_shuffle_f64x2(low01, low23, 0x88));   // points 0, 1
+  sums = _mm512_add_pd(sums, _mm512_shuffle_f64x2(low01, low23, 0xDD));   // points 2, 3
+  sums = _mm512_add_pd(sums, _mm512_shuffle_f64x2(high01, high23, 0x88)); // points 4, 5
   return _mm512_add_pd(sums, _mm512_shuffle_f64x2(high01, high23, 0xDD)); // points 6, 7
 }
 
@@ -152,8 +152,8 @@ void distances8(const Transform& m, const tagOzKPoint3Df32* a, const tagOzKPoint
   const __m512d dx = difference(m, 0, x, y, z, q.x);
   const __m512d dy = difference(m, 1, x, y, z, q.y);
   const __m512d dz = difference(m, 2, x, y, z, q.z);
-  const __m512d squares = _mm512_add_pd(
-      _mm512_add_pd(_mm512_mul_pd(dx, dx), _mm512_mul_pd(dy, dy)), _mm512_mul_pd(dz, dz));
+  const __m512d squares = _mm512_add_pd(_mm512_add_pd(_mm512_mul_pd(dx, dx), _mm512_mul_pd(dy, dy)),
+                                        _mm512_mul_pd(dz, dz));
   _mm256_storeu_ps(out, _mm512_cvtpd_ps(_mm512_sqrt_pd(squares)));
 }
 

@@ -23,9 +23,9 @@ std::int64_t productBlockSize(std::int64_t first, std::int64_t n) {
   return end >= n || 8 * end + kProductBlock > 8 * n ? n - first : kProductBlock;
 }
 
-// H = sum (a - ca)(b - cb)^T, row-major. The bits are those of OpenCV's product of the centred 3 x n
-// double matrices, A * B.t(), without the matrices: four interleaved partial sums per element in one
-// pass, or two of them per block.
+// H = sum (a - ca)(b - cb)^T, row-major. The bits are those of OpenCV's product of the centred 3 x
+// n double matrices, A * B.t(), without the matrices: four interleaved partial sums per element in
+// one pass, or two of them per block.
 void covariance(const RigidKernels& kernels, const tagOzKPoint3Df32* a, const tagOzKPoint3Df32* b,
                 int n, const float ca[3], const float cb[3], double H[9]) {
   if (n <= kProductSinglePass) {
@@ -88,8 +88,8 @@ bool is3x1Double(const cv::Mat& m) {
   return m.dims == 2 && m.rows == 3 && m.cols == 1 && m.type() == CV_64FC1 && m.data != nullptr;
 }
 
-// bFromA as the host gets it: row 0 of R, T and the last row in place, but rows 1 and 2 read 3 and 6
-// BYTES into R's storage where 3 and 6 elements were meant. Hosts rely on this exact content.
+// bFromA as the host gets it: row 0 of R, T and the last row in place, but rows 1 and 2 read 3 and
+// 6 BYTES into R's storage where 3 and 6 elements were meant. Hosts rely on this exact content.
 void writeMisalignedExtrinsic(const cv::Mat& R, const cv::Mat& t, tagOzKCamExtrinsic& extrinsic) {
   double* out = extrinsic.data;
   std::memset(out, 0, sizeof extrinsic.data);
@@ -153,6 +153,5 @@ int calRTMatFrom3dPtTo3dPt(const tagOzKPoint3Df32* a, const tagOzKPoint3Df32* b,
 
 int ozkCalRTMatFrom3dPtTo3dPt(tagOzKPoint3Df32* a, tagOzKPoint3Df32* b, int n,
                               tagOzKCamExtrinsic* extrinsic, float* error) {
-  return velmorn::guarded(
-      [&] { return velmorn::exportRigidTransform(a, b, n, extrinsic, error); });
+  return velmorn::guarded([&] { return velmorn::exportRigidTransform(a, b, n, extrinsic, error); });
 }

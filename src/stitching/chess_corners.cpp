@@ -95,13 +95,12 @@ ImageResult searchImage(const std::string& path, CameraSearch& search) {
   return result;
 }
 
-// "chessImgs/corner-007-ID.bmp": hundreds, tens and units of the index, each as a number of its own,
-// so that an index from 1000 on only makes the name longer.
+// "chessImgs/corner-007-ID.bmp": hundreds, tens and units of the index, each as a number of its
+// own, so that an index from 1000 on only makes the name longer.
 std::string cornerImageName(int index, const std::string& camID) {
   const int hundreds = index / 100, tens = index % 100 / 10, units = index % 10;
   const char* id = camID.c_str();
-  const int length =
-      std::snprintf(nullptr, 0, kCornerImageFormat, hundreds, tens, units, id);
+  const int length = std::snprintf(nullptr, 0, kCornerImageFormat, hundreds, tens, units, id);
   std::vector<char> name(static_cast<std::size_t>(length) + 1);
   std::snprintf(name.data(), name.size(), kCornerImageFormat, hundreds, tens, units, id);
   return name.data();

@@ -51,10 +51,10 @@ int stitchByChess(const std::vector<std::string>& camIDs, const ImagePathMap& ch
                   bool saveCornerImages, int baseCamIdx) {
   MatrixMap rotations, translations;
   ResidualMap residuals;
-  const int status = calCameraRTByChessImgs(
-      camIDs, chessImgPaths, intrinsicMatrices(camIntrinsics), distortionMatrices(camDistortions),
-      patternSize, squareSize, rotations, translations, residuals, minImages, saveCornerImages,
-      baseCamIdx);
+  const int status =
+      calCameraRTByChessImgs(camIDs, chessImgPaths, intrinsicMatrices(camIntrinsics),
+                             distortionMatrices(camDistortions), patternSize, squareSize, rotations,
+                             translations, residuals, minImages, saveCornerImages, baseCamIdx);
   if (status != kOzkSuccess) return status;
 
   const int n = static_cast<int>(camIDs.size());

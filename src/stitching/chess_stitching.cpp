@@ -145,8 +145,7 @@ int calCameraRTByChessImgs(const std::vector<std::string>& camIDs,
   rotations.clear();
   translations.clear();
   residuals.clear();
-  const Job job{camIDs,      chessImgPaths, intrinsics, distortions,
-                patternSize, squareSize,    minImages};
+  const Job job{camIDs, chessImgPaths, intrinsics, distortions, patternSize, squareSize, minImages};
   int status = checkJob(job);
   if (status != kOzkSuccess) return status;
 

@@ -56,8 +56,8 @@ bool appendBoardInCamera(const std::vector<cv::Point3f>& board,
   const cv::Vec3d translation(t.at<double>(0), t.at<double>(1), t.at<double>(2));
   for (const cv::Point3f& point : board) {
     const cv::Vec3d p = R * cv::Vec3d(point.x, point.y, point.z) + translation;
-    points.push_back({static_cast<float>(p[0]), static_cast<float>(p[1]),
-                      static_cast<float>(p[2])});
+    points.push_back(
+        {static_cast<float>(p[0]), static_cast<float>(p[1]), static_cast<float>(p[2])});
   }
   return true;
 }

@@ -57,9 +57,10 @@ void plainRigidTransform(const tagOzKPoint3Df32* a, const tagOzKPoint3Df32* b, i
 
   t.create(3, 1, CV_64FC1);
   for (int k = 0; k < 3; ++k)
-    t.at<double>(k) = static_cast<double>(cb[k]) - (R.at<double>(k, 0) * static_cast<double>(ca[0]) +
-                                                    R.at<double>(k, 1) * static_cast<double>(ca[1]) +
-                                                    R.at<double>(k, 2) * static_cast<double>(ca[2]));
+    t.at<double>(k) =
+        static_cast<double>(cb[k]) - (R.at<double>(k, 0) * static_cast<double>(ca[0]) +
+                                      R.at<double>(k, 1) * static_cast<double>(ca[1]) +
+                                      R.at<double>(k, 2) * static_cast<double>(ca[2]));
   *error = 0;
   for (int i = 0; i < n; ++i) *error += residual(a[i], b[i], R, t);
   *error /= static_cast<float>(n);

@@ -22,8 +22,8 @@ inline PointPairs randomPairs(int n, unsigned seed, float extent = 500.0F, float
   for (int i = 0; i < n; ++i) {
     const tagOzKPoint3Df32 p{place(random), place(random), place(random)};
     pairs.a.push_back(p);
-    pairs.b.push_back({-p.y + 3.0F + shake(random), p.x - 20.0F + shake(random),
-                       p.z + 500.0F + shake(random)});
+    pairs.b.push_back(
+        {-p.y + 3.0F + shake(random), p.x - 20.0F + shake(random), p.z + 500.0F + shake(random)});
   }
   return pairs;
 }

@@ -42,8 +42,8 @@ Outputs runForm(const Form& form, const PointPairs& pairs, int n) {
   kernels.addPoints(pairs.a.data(), pairs.b.data(), n, out.sumA, out.sumB);
   kernels.addProducts4(pairs.a.data(), pairs.b.data(), n, ca, cb, out.products4);
   kernels.addProducts2(pairs.a.data(), pairs.b.data(), n, ca, cb, out.products2);
-  out.residual = static_cast<double>(
-      kernels.addResiduals(pairs.a.data(), pairs.b.data(), n, R, t, 0.7F));
+  out.residual =
+      static_cast<double>(kernels.addResiduals(pairs.a.data(), pairs.b.data(), n, R, t, 0.7F));
   return out;
 }
 

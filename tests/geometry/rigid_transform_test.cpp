@@ -20,9 +20,9 @@ struct Fit {
 
 Fit fit(const PointPairs& pairs) {
   Fit result;
-  result.status = calRTMatFrom3dPtTo3dPt(pairs.a.data(), pairs.b.data(),
-                                         static_cast<int>(pairs.a.size()), result.R, result.t,
-                                         &result.error);
+  result.status =
+      calRTMatFrom3dPtTo3dPt(pairs.a.data(), pairs.b.data(), static_cast<int>(pairs.a.size()),
+                             result.R, result.t, &result.error);
   return result;
 }
 
@@ -88,8 +88,8 @@ TEST(RigidTransform, MirroredTargetStillGivesARotation) {
 TEST(RigidTransform, BytesAreThoseOfThePlainForm) {
   for (int n = 3; n <= 130; ++n) expectPlainBytes(randomPairs(n, static_cast<unsigned>(n)));
   // Around the counts at which the summation order of the covariance changes.
-  for (const int n : {5461, 9999, 10000, 10001, 10922, 11604, 11605, 16383, 16384, 16999, 21845,
-                      60000, 100003})
+  for (const int n :
+       {5461, 9999, 10000, 10001, 10922, 11604, 11605, 16383, 16384, 16999, 21845, 60000, 100003})
     expectPlainBytes(randomPairs(n, 3));
 }
 
