@@ -252,9 +252,12 @@ VELMORN64_API int ozkCalRTMatFrom3dPtTo3dPt(tagOzKPoint3Df32* a, tagOzKPoint3Df3
 //   "camreaIDs (ID,ID,...)", "inputCameraIdx=...", "calCameraRTByChessImgs success" log, and
 //   "baseCamIdx=N" console without a line end, after success
 //
+// The square size and the camera parameters are taken as they are: 0, NaN or infinity in them gives
+// a result without meaning, or kOzkComputationFailed.
+//
 // Returns kOzkSuccess; kOzkBadSize for a bad count of cameras or images or missing camera
 // parameters, before any image is read; kOzkComputationFailed when a camera could not be linked or
-// OpenCV refused an input (such as a pattern size below 3 or a square size of 0).
+// OpenCV refused an input (such as a pattern size below 3).
 VELMORN64_API int ozkVelmornByChess(
     const std::vector<std::string>& camIDs,
     const std::map<std::string, std::vector<std::string>>& chessImgPaths,
