@@ -1,0 +1,140 @@
+// The tool's command line.
+#include "velmorn/command_line.h"
+
+#include <iostream>
+
+#include <CLI/CLI.hpp>
+#include <opencv2/core.hpp>
+#include <opencv2/core/utils/logger.hpp>
+
+#include "velmorn/board.h"
+#include "velmorn/intrinsics_command.h"
+#include "velmorn/stitch_command.h"
+#include "velmorn/tool_error.h"
+
+namespace velmorn::tool {
+namespace {
+
+constexpr const char* kIntrinsicsExample =
+    "Example:\n"
+    "  velmorn intrinsics --board 9x6 --square 25 -o left.yml left*.jpg\n"
+    "\n"
+    "Take 10 or more images, the board tilted differently and in all parts of the image.";
+
+constexpr const char* kStitchExample =
+    "Example:\n"
+    "  velmorn stitch rig.json\n"
+    "with rig.json\n"
+    "  {\n"
+    "    \"board\": \"9x6\", \"square\": 25,\n"
+    "    \"cameras\": [\n"
+    "      {\"id\": \"left\", \"intrinsics\": \"left.yml\", \"images\": \"left*.jpg\"},\n"
+    "      {\"id\": \"right\", \"intrinsics\": \"right.yml\", \"images\": \"right*.jpg\"}\n"
+    "    ]\n"
+    "  }\n"
+    "\n"
+    "Further keys: min_images (3), base (\"auto\" or an id), save_corner_images (false).\n"
+    "Paths in the file are relative to it. Image j of every camera shows the same board position.\n"
+    "velmorn.log and, with save_corner_images, chessImgs/ come into the working directory.";
+
+// Nothing on the standard error but the tool's own lines: its messages say what OpenCV's would.
+void silenceOpenCv() {
+  cv::utils::logging::setLogLevel(cv::utils::logging::LOG_LEVEL_SILENT);
+  cv::redirectError([](int, const char*, const char*, const char*, int, void*) { return 0; });
+}
+
+std::string checkBoard(const std::string& text) {
+  return parseBoard(text) ? "" : "has to be " + boardRule();
+}
+
+std::string checkSquare(const std::string& text) {
+  double square = 0;
+  const bool isNumber = CLI::detail::lexical_cast(text, square);
+  return isNumber && usableSquare(square) ? "" : "has to be a length above 0";
+}
+
+std::string checkCameraFileName(const std::string& text) {
+  const std::size_t dot = text.rfind('.');
+  const std::string extension = dot == std::string::npos ? "" : text.substr(dot);
+  const bool isOther = extension == ".xml" || extension == ".json";
+  return isOther ? "the camera file is YAML, name it .yml" : "";
+}
+
+void addIntrinsics(CLI::App& app, std::string& board, double& square, IntrinsicsOptions& options) {
+  CLI::App& command = *app.add_subcommand(
+      "intrinsics", "Calibrate one camera from images of a chessboard and write its camera file");
+  command.add_option("--board", board, "Inner corners per row and column, such as 9x6")
+      ->required()
+      ->check(CLI::Validator(checkBoard, "WxH"));
+  command.add_option("--square", square, "Side of a square, in the unit wanted (millimetres)")
+      ->required()
+      ->check(CLI::Validator(checkSquare, "LENGTH"));
+  command.add_option("-o,--output", options.output, "Camera file to write, OpenCV YAML")
+      ->required()
+      ->check(CLI::Validator(checkCameraFileName, "FILE"));
+  command.add_option("images", options.images, "Image files, or quoted patterns with * and ?")
+      ->required();
+  command.footer(kIntrinsicsExample);
+  command.callback([&] {
+    options.board = *parseBoard(board);
+    options.square = *usableSquare(square);
+  });
+}
+
+void addStitch(CLI::App& app, StitchOptions& options) {
+  CLI::App& command = *app.add_subcommand(
+      "stitch", "Compute the transform between every camera of a rig and its base camera");
+  command.add_option("rig", options.rig, "Rig file, JSON")->required()->check(CLI::ExistingFile);
+  command.add_option("-o,--output", options.output, "Result file to write, JSON")
+      ->capture_default_str();
+  command.footer(kStitchExample);
+}
+
+int reportFailure(const std::string& reason) {
+  std::cerr << "velmorn: " << oneLine(reason) << std::endl;
+  return kExitFailed;
+}
+
+// Runs a command; whatever stops it becomes one line.
+template <typename Command>
+int runCommand(Command&& command) {
+  try {
+    command();
+    std::cout.flush();
+    return std::cout ? kExitSuccess : reportFailure("cannot write to the standard output");
+  } catch (const ToolError& error) {
+    return reportFailure(error.what());
+  } catch (const cv::Exception& error) {
+    return reportFailure("OpenCV: " + error.err + " (in " + error.func + ")");
+  } catch (const std::exception& error) {
+    return reportFailure(error.what());
+  }
+}
+
+} // namespace
+
+int runCommandLine(int argc, const char* const* argv) {
+  silenceOpenCv();
+  std::string board;
+  double square = 0;
+  IntrinsicsOptions intrinsics;
+  StitchOptions stitch;
+
+  CLI::App app("Rigid transforms between cameras from images of a chessboard", "velmorn");
+  app.set_version_flag("--version", std::string("velmorn ") + VELMORN64_VERSION);
+  app.footer("velmorn COMMAND --help shows the options and an example of a command.");
+  app.require_subcommand(1);
+  addIntrinsics(app, board, square, intrinsics);
+  addStitch(app, stitch);
+  try {
+    app.parse(argc, argv);
+  } catch (const CLI::ParseError& error) {
+    return app.exit(error) == 0 ? kExitSuccess : kExitUsage;
+  }
+  return runCommand([&] {
+    if (app.got_subcommand("intrinsics")) runIntrinsics(intrinsics);
+    if (app.got_subcommand("stitch")) runStitch(stitch);
+  });
+}
+
+} // namespace velmorn::tool

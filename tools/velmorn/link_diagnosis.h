@@ -1,0 +1,18 @@
+// Why a stitching run failed.
+#ifndef VELMORN64_TOOLS_LINK_DIAGNOSIS_H
+#define VELMORN64_TOOLS_LINK_DIAGNOSIS_H
+
+#include <string>
+
+#include "velmorn/rig_file.h"
+#include "velmorn/stitch_messages.h"
+
+namespace velmorn::tool {
+
+// One line that names the camera and what kept it from being linked, or, when the library named no
+// camera, the status that it returned.
+std::string failureReason(const Rig& rig, const StitchMessages& messages, int status);
+
+} // namespace velmorn::tool
+
+#endif // VELMORN64_TOOLS_LINK_DIAGNOSIS_H

@@ -1,0 +1,39 @@
+// Rig files: the input of a stitching run.
+#ifndef VELMORN64_TOOLS_RIG_FILE_H
+#define VELMORN64_TOOLS_RIG_FILE_H
+
+#include <string>
+#include <vector>
+
+#include "velmorn/camera_file.h"
+#include "velmorn64.h"
+
+namespace velmorn::tool {
+
+// What the library takes to choose the base itself.
+constexpr int kAutoBase = -1;
+
+struct RigCamera {
+  std::string id;
+  std::string intrinsicsPath;
+  CameraModel model;
+  std::vector<std::string> images; // paths; entry j shows board position j
+};
+
+struct Rig {
+  tagOzKSize board{}; // inner corners per row and column
+  float square = 0;   // side of a square; gives the result its length unit
+  int minImages = 0;
+  int base = kAutoBase; // index in `cameras`
+  bool saveCornerImages = false;
+  std::vector<RigCamera> cameras; // in the file's order
+};
+
+// Reads a rig file and everything it names but the images. Relative paths in it are relative to its
+// folder. Throws ToolError that names the file, and the camera or key, for anything that a run
+// could not use.
+Rig readRig(const std::string& path);
+
+} // namespace velmorn::tool
+
+#endif // VELMORN64_TOOLS_RIG_FILE_H

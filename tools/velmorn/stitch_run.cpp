@@ -1,0 +1,86 @@
+// One stitching run of a rig.
+#include "velmorn/stitch_run.h"
+
+#include <algorithm>
+#include <cmath>
+#include <iostream>
+#include <map>
+
+#include "velmorn/link_diagnosis.h"
+#include "velmorn/pose.h"
+#include "velmorn/tool_error.h"
+
+namespace velmorn::tool {
+namespace {
+
+ImagePathMap imagesOf(const Rig& rig) {
+  ImagePathMap images;
+  for (const RigCamera& camera : rig.cameras) images[camera.id] = camera.images;
+  return images;
+}
+
+// Calls the library with its console sent to `messages`. Returns its status.
+int callLibrary(const Rig& rig, StitchMessages& messages, OzKStitchResult& result) {
+  std::vector<std::string> ids;
+  std::map<std::string, tagOzKCamIntrinsic> intrinsics;
+  std::map<std::string, tagOzKCamDistortion> distortions;
+  for (const RigCamera& camera : rig.cameras) {
+    ids.push_back(camera.id);
+    intrinsics[camera.id] = camera.model.intrinsic;
+    distortions[camera.id] = camera.model.distortion;
+  }
+  const StreamRedirection console(std::cout, messages);
+  return ozkVelmornByChess(ids, imagesOf(rig), intrinsics, distortions, rig.board, rig.square,
+                           result, rig.minImages, rig.saveCornerImages, rig.base);
+}
+
+CameraPlace placeOf(const PlaceMap& places, const std::string& id) {
+  const auto found = places.find(id);
+  if (found == places.end()) {
+    throw ToolError("camera " + inQuotes(id) +
+                    " was not linked when the links were computed again; "
+                    "did its images change during the run?");
+  }
+  return found->second;
+}
+
+void requireFinite(const StitchedCamera& camera) {
+  const double* entry = camera.libraryEntry.data;
+  const bool finite = isFinitePose(camera.place.baseFromCam) && std::isfinite(camera.residual) &&
+                      std::all_of(entry, entry + 16, [](double v) { return std::isfinite(v); });
+  if (!finite) {
+    throw ToolError("camera " + inQuotes(camera.id) +
+                    " came out with a number that is not finite; "
+                    "check its intrinsics and images");
+  }
+}
+
+} // namespace
+
+StitchedRig stitchRig(const Rig& rig, const std::function<void(const ImageReport&)>& report) {
+  StitchMessages messages(imagesOf(rig), report);
+  OzKStitchResult result{};
+  const int status = callLibrary(rig, messages, result);
+  if (status != kOzkSuccess) throw ToolError(failureReason(rig, messages, status));
+  const PlaceMap places = findPlaces(rig, result, messages);
+
+  StitchedRig stitched;
+  stitched.base = static_cast<std::size_t>(result.baseCamIdx);
+  for (std::size_t i = 0; i < rig.cameras.size(); ++i) {
+    const std::string& id = rig.cameras[i].id;
+    const std::vector<ImageOutcome>& outcomes = messages.outcomes().at(id);
+    StitchedCamera camera;
+    camera.id = id;
+    camera.place = placeOf(places, id);
+    camera.residual = result.camRTError[i];
+    camera.libraryEntry = result.camExtrinsic[i];
+    camera.imagesFound = static_cast<std::size_t>(
+        std::count(outcomes.begin(), outcomes.end(), ImageOutcome::kBoardFound));
+    camera.imagesTotal = outcomes.size();
+    requireFinite(camera);
+    stitched.cameras.push_back(camera);
+  }
+  return stitched;
+}
+
+} // namespace velmorn::tool
