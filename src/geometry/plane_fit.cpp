@@ -3,10 +3,11 @@
 
 #include <algorithm>
 #include <cmath>
-#include <cstddef>
 #include <cstdint>
 #include <cstdlib>
+#include <cstring>
 
+#include "geometry/plane_kernels.h"
 #include "geometry/plane_least_squares.h"
 
 namespace velmorn {
@@ -55,65 +56,97 @@ void drawThree(const tagOzKPoint3Df32* points, int n, float sample[9], int indic
   }
 }
 
-bool planeThrough(const float* points, int n, double plane[4]) {
+// The plane through the points; its cutoff is not set yet.
+bool planeThrough(const float* points, int n, PlaneTest& plane) {
   float centroid[3], axes[9];
   if (fitPlaneLeastSquares(points, centroid, axes, nullptr, n) != 0) return false;
-  for (int k = 0; k < 3; ++k) plane[k] = static_cast<double>(axes[6 + k]);
-  plane[3] =
-      -(plane[0] * static_cast<double>(centroid[0]) + plane[1] * static_cast<double>(centroid[1]) +
-        plane[2] * static_cast<double>(centroid[2]));
+  plane.a = static_cast<double>(axes[6]);
+  plane.b = static_cast<double>(axes[7]);
+  plane.c = static_cast<double>(axes[8]);
+  plane.d =
+      -(plane.a * static_cast<double>(centroid[0]) + plane.b * static_cast<double>(centroid[1]) +
+        plane.c * static_cast<double>(centroid[2]));
   return true;
 }
 
-double normalLength(const double plane[4]) {
-  return std::sqrt(plane[0] * plane[0] + plane[1] * plane[1] + plane[2] * plane[2]);
+double normalLength(const PlaneTest& plane) {
+  return std::sqrt(plane.a * plane.a + plane.b * plane.b + plane.c * plane.c);
 }
 
-// Distance times the length of the plane's normal.
-double residual(const double plane[4], const tagOzKPoint3Df32& p) {
-  return std::abs(plane[0] * static_cast<double>(p.x) + plane[1] * static_cast<double>(p.y) +
-                  plane[2] * static_cast<double>(p.z) + plane[3]);
+void store(const PlaneTest& test, double plane[4]) {
+  plane[0] = test.a;
+  plane[1] = test.b;
+  plane[2] = test.c;
+  plane[3] = test.d;
+}
+
+// The largest magnitude that `accepts`, which holds for small magnitudes and fails from some one
+// on; -1 when it fails for 0. Non-negative doubles are ordered like their bit patterns, so this is
+// exact and needs no division or multiplication per point afterwards.
+template <typename Accepts>
+double largestAccepted(const Accepts& accepts) {
+  if (!accepts(0.0)) return -1.0;
+  const auto asDouble = [](std::uint64_t bits) {
+    double value = 0;
+    std::memcpy(&value, &bits, sizeof value);
+    return value;
+  };
+  std::uint64_t accepted = 0, refused = 0x7FF0000000000000U; // 0 and infinity
+  while (refused - accepted > 1) {
+    const std::uint64_t middle = accepted + (refused - accepted) / 2;
+    (accepts(asDouble(middle)) ? accepted : refused) = middle;
+  }
+  return asDouble(accepted);
 }
 
 // Hypotheses are measured with a normal that counts as slightly too long; the final plane is not.
 // The difference is intended.
-int markHypothesisInliers(const tagOzKPoint3Df32* points, int n, const double plane[4],
-                          double threshold, unsigned char* mask) {
+double hypothesisCutoff(const PlaneTest& plane, double threshold) {
   const double invNorm = 1.0 / (normalLength(plane) + 1e-6);
-  int count = 0;
-  for (int i = 0; i < n; ++i) {
-    mask[i] = threshold > residual(plane, points[i]) * invNorm ? 1 : 0;
-    count += mask[i];
-  }
-  return count;
+  return largestAccepted([&](double magnitude) { return threshold > magnitude * invNorm; });
 }
 
-int markFinalInliers(const tagOzKPoint3Df32* points, int n, const double plane[4], double threshold,
-                     unsigned char* mask) {
-  const double norm = normalLength(plane);
-  if (norm < kLeastNorm) return -1;
-  for (int i = 0; i < n; ++i) mask[i] = threshold > residual(plane, points[i]) / norm ? 1 : 0;
-  return 0;
+double finalCutoff(double norm, double threshold) {
+  return largestAccepted([&](double magnitude) { return threshold > magnitude / norm; });
+}
+
+// What the sampling found: the hypothesis with the most inliers, and their number.
+struct Winner {
+  PlaneTest plane{};
+  int count = 0;
+};
+
+// Returns false when not even the first sample could be drawn.
+bool findWinner(const PlaneKernels& kernels, const tagOzKPoint3Df32* points, int n,
+                double confidence, double threshold, Winner& winner) {
+  int maxIters = kMaxIterations;
+  for (int iter = 0; iter < maxIters; ++iter) { // a sample without a plane counts as well
+    float sample[9];
+    int indices[3];
+    if (sampleThreePlanePoints(points, n, sample, indices) != 0) return iter != 0;
+    PlaneTest hypothesis{};
+    if (!planeThrough(sample, 3, hypothesis)) continue;
+
+    hypothesis.cutoff = hypothesisCutoff(hypothesis, threshold);
+    const int toBeat = std::max(winner.count, kLeastInliers - 1);
+    const int count = kernels.countInliers(points, n, hypothesis, toBeat);
+    if (count <= toBeat) continue;
+    winner = {hypothesis, count};
+    maxIters = ransacUpdateIterCount(confidence, static_cast<double>(n - count) / n, n, maxIters);
+  }
+  return true;
 }
 
 // Three floats per point whose mask byte is exactly 1, in point order.
 int gatherInliers(const tagOzKPoint3Df32* points, int n, const unsigned char* mask,
-                  float* inliers) {
+                  tagOzKPoint3Df32* inliers) {
   int count = 0;
   for (int i = 0; i < n; ++i) {
     if (mask[i] != 1) continue;
-    inliers[0] = points[i].x;
-    inliers[1] = points[i].y;
-    inliers[2] = points[i].z;
-    inliers += 3;
+    inliers[count] = points[i];
     ++count;
   }
   return count;
-}
-
-// The candidate mask, n bytes, is followed by the sample's indices.
-int* indicesBehindMask(unsigned char* mask, int n) {
-  return reinterpret_cast<int*>(mask + ((static_cast<std::size_t>(n) + 3) & ~std::size_t{3}));
 }
 
 } // namespace
@@ -121,33 +154,28 @@ int* indicesBehindMask(unsigned char* mask, int n) {
 int fitPlaneByRansacV2(const tagOzKPoint3Df32* points, int n, unsigned char* inlierMask,
                        double confidence, double threshold, double plane[4], void* workBuffer) {
   if (n < 3) return -1;
+  static const PlaneKernels& kernels = planeKernels(supportedVectorLevel());
   std::srand(kSeed);
-  unsigned char* const candidateMask = alignedTo16(workBuffer);
-  int* const indices = indicesBehindMask(candidateMask, n);
 
-  int best = 0;
-  int maxIters = kMaxIterations;
-  for (int iter = 0; iter < maxIters; ++iter) {
-    float sample[9];
-    if (sampleThreePlanePoints(points, n, sample, indices) != 0) {
-      if (iter == 0) return -1;
-      break;
-    }
-    double hypothesis[4];
-    if (!planeThrough(sample, 3, hypothesis)) continue;
-    const int count = markHypothesisInliers(points, n, hypothesis, threshold, candidateMask);
-    if (count <= std::max(best, kLeastInliers - 1)) continue;
-
-    std::copy(hypothesis, hypothesis + 4, plane);
-    std::copy(candidateMask, candidateMask + n, inlierMask);
-    best = count;
-    maxIters = ransacUpdateIterCount(confidence, static_cast<double>(n - count) / n, n, maxIters);
+  Winner winner;
+  if (!findWinner(kernels, points, n, confidence, threshold, winner)) return -1;
+  // Only the last winner's plane and mask are ever seen, so they are written once. Without a winner
+  // both stay as the caller left them.
+  if (winner.count > 0) {
+    store(winner.plane, plane);
+    kernels.markInliers(points, n, winner.plane, inlierMask);
   }
 
-  auto* const inliers = reinterpret_cast<float*>(candidateMask);
+  auto* const inliers = reinterpret_cast<tagOzKPoint3Df32*>(alignedTo16(workBuffer));
   const int inlierCount = gatherInliers(points, n, inlierMask, inliers);
-  if (inlierCount < kLeastInliers || !planeThrough(inliers, inlierCount, plane)) return -1;
-  return markFinalInliers(points, n, plane, threshold, inlierMask);
+  PlaneTest refit{};
+  if (inlierCount < kLeastInliers || !planeThrough(&inliers->x, inlierCount, refit)) return -1;
+  store(refit, plane);
+  const double norm = normalLength(refit);
+  if (norm < kLeastNorm) return -1;
+  refit.cutoff = finalCutoff(norm, threshold);
+  kernels.markInliers(points, n, refit, inlierMask);
+  return 0;
 }
 
 int ransacUpdateIterCount(double confidence, double outlierRatio, int /*n*/, int maxIters) {
