@@ -153,6 +153,16 @@ TEST_F(ReferencePlane, NoInliersFail) {
   expectUntouched();
 }
 
+// Three such points can be summed in float, more of them cannot: the winner's inliers give a plane of
+// NaN, which the fit does not refuse and which no point is near to.
+TEST_F(ReferencePlane, PlaneThatLosesItsInliersFails) {
+  Points points = PlaneCloud{20}.points();
+  for (tagOzKPoint3Df32& p : points) p = {0x1p126F, p.x, p.y};
+  EXPECT_EQ(call(points, 1), kOzkComputationFailed);
+  EXPECT_TRUE(logLines().empty());
+  expectUntouched();
+}
+
 TEST_F(ReferencePlane, LineFails) {
   Points line;
   for (int i = 0; i < 9; ++i) {
