@@ -19,7 +19,7 @@ using FitFunction = int (*)(const tagOzKPoint3Df32*, int, unsigned char*, double
                             void*);
 
 constexpr float kNan = std::numeric_limits<float>::quiet_NaN();
-constexpr float kInf = std::numeric_limits<float>::infinity();
+constexpr float kInfinity = std::numeric_limits<float>::infinity();
 
 struct Outcome {
   int status;
@@ -89,7 +89,7 @@ TEST(PlaneFitBytes, DistancesAtTheThreshold) {
 }
 
 TEST(PlaneFitBytes, PointsThatAreNoNumbers) {
-  for (const float odd : {kNan, kInf, -kInf})
+  for (const float odd : {kNan, kInfinity, -kInfinity})
     for (unsigned seed = 0; seed < 60; ++seed) {
       Points points = PlaneCloud{40, 0.2, 0.1F, 0, false, seed}.points();
       for (std::size_t i = seed % 5; i < points.size(); i += 1 + seed % 9) {
@@ -99,7 +99,7 @@ TEST(PlaneFitBytes, PointsThatAreNoNumbers) {
       expectSame(points, 0.2, "odd");
     }
   expectSame(Points(5, {kNan, kNan, kNan}), 0.2, "all NaN");
-  expectSame(Points(5, {kInf, -kInf, kNan}), 0.2, "all infinite");
+  expectSame(Points(5, {kInfinity, -kInfinity, kNan}), 0.2, "all infinite");
   expectSame({{1, 2, kNan}, {3, 5, kNan}, {8, 2, kNan}, {4, 4, kNan}}, 0.2, "no depth");
 }
 

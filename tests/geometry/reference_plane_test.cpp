@@ -153,8 +153,8 @@ TEST_F(ReferencePlane, NoInliersFail) {
   expectUntouched();
 }
 
-// Three such points can be summed in float, more of them cannot: the winner's inliers give a plane of
-// NaN, which the fit does not refuse and which no point is near to.
+// Three such points can be summed in float, more of them cannot: the winner's inliers give a plane
+// of NaN, which the fit does not refuse and which no point is near to.
 TEST_F(ReferencePlane, PlaneThatLosesItsInliersFails) {
   Points points = PlaneCloud{20}.points();
   for (tagOzKPoint3Df32& p : points) p = {0x1p126F, p.x, p.y};
