@@ -74,6 +74,15 @@ TEST(PlaneFitBytes, LargeClouds) {
     }
 }
 
+TEST(PlaneFitBytes, HugeClouds) {
+  for (const int n : {300007, 2000003}) {
+    PlaneCloud cloud{n};
+    cloud.raster = n > 1000000;
+    cloud.outlierRatio = 0.3;
+    expectSame(cloud.points(), 0.15, "huge");
+  }
+}
+
 TEST(PlaneFitBytes, DistancesAtTheThreshold) {
   for (const float height : {0.25F, 0.5F, 1.0F, 3.0F})
     for (unsigned seed = 0; seed < 20; ++seed) {
