@@ -1,26 +1,32 @@
-// velmorn64: rigid transforms between depth cameras that look at one calibration board.
+// velmorn64: rigid transforms between depth cameras that look at one calibration board, and between
+// a camera and the plane, platform or conveyor belt that it looks at.
 //
 // This is the library's only public header. A host needs nothing else: no other header of ours and
 // no OpenCV header.
 //
 // Units      Lengths come out in the unit that the board's square size or the points were given
 //            in, normally millimetres. Image coordinates are pixels, (0, 0) the centre of the
-//            first pixel, x right, y down. Residuals are lengths, angles never cross this header.
+//            first pixel, x right, y down. Residuals are lengths; the one angle that crosses this
+//            header is in degrees (adjustExtrinsicOnAerialImg).
 // Frames     A camera frame has x right, y down and z along the line of sight. Transforms are
 //            named target-from-source: a point p in the source frame is R p + T in the target
-//            frame. The direction of every output is stated with its function.
+//            frame. Row r of R is then the target frame's axis r in source coordinates. The
+//            direction of every output is stated with its function.
 // Ownership  The library keeps no pointer after a call returns and allocates nothing that the
 //            caller has to free.
 // Threads    No threads are started and no state is kept, so calls on different threads do not
-//            disturb each other's results. They do share two things by name in the working
+//            disturb each other's results, with one exception: ozkCalRefPlaneExtrinsic reseeds and
+//            draws from the C runtime's rand(), so two of its calls must not overlap, nor one of
+//            them and any other use of rand(). Calls do share two things by name in the working
 //            directory: "velmorn.log" and the folder "chessImgs/" (see ozkVelmornByChess).
 // Errors     Nothing is thrown across this boundary. Every function returns a status code from the
-//            table below; on anything but kOzkSuccess the outputs keep what the caller had put
-//            there.
+//            table below (one function returns nothing); on anything but kOzkSuccess the outputs
+//            keep what the caller had put there.
 // Messages   Long operations append time-stamped lines to "velmorn.log" in the working directory
 //            (restarted when it has grown past 10 MiB; a log that cannot be written changes no
 //            result) and write short lines to std::cout. A host that wants a quiet standard output
-//            redirects std::cout for the duration of the call.
+//            redirects std::cout for the duration of the call. One message of two functions goes
+//            through printf instead; it is marked there.
 #ifndef VELMORN64_H
 #define VELMORN64_H
 
@@ -66,7 +72,8 @@ constexpr std::int32_t kOzkBadImageType = -1102;
 // Image `dataType` not accepted.
 constexpr std::int32_t kOzkBadDataType = -1103;
 // Wrong size or count: zero width or height, image sizes that differ, too few points, too few or
-// too many cameras, missing or inconsistent board images, missing or malformed camera parameters.
+// too many cameras, missing or inconsistent board images, missing or malformed camera parameters;
+// in the platform calibration also an image `type` not accepted.
 constexpr std::int32_t kOzkBadSize = -1107;
 // Image size, type or sample type not accepted by the averaging functions.
 constexpr std::int32_t kOzkBadAverageInput = -1109;
@@ -76,6 +83,11 @@ constexpr std::int32_t kOzkNullExtrinsic = -1110;
 constexpr std::int32_t kOzkNullPointer = -1111;
 // No data code in the image of a data-code board.
 constexpr std::int32_t kOzkNoDataCode = -2800;
+// Failures of changeExtrisicByNewXAxis: the new x axis has next to no length, the rotation cannot
+// be inverted, the new x axis runs along the plane's normal.
+constexpr std::int32_t kOzkXAxisTooShort = 321;
+constexpr std::int32_t kOzkRotationNotInvertible = 322;
+constexpr std::int32_t kOzkXAxisAlongNormal = 323;
 
 // Values of tagOzKImage::type.
 constexpr std::uint32_t kOzkImageOneChannel = 256;           // grey or depth
@@ -202,6 +214,191 @@ struct OzKStitchCstringList {
 // Returns kOzkSuccess; kOzkBadSize when a, b or extrinsic is null or n < 3; kOzkComputationFailed.
 VELMORN64_API int ozkCalRTMatFrom3dPtTo3dPt(tagOzKPoint3Df32* a, tagOzKPoint3Df32* b, int n,
                                             tagOzKCamExtrinsic* extrinsic, float* error);
+
+// ---------------------------------------------------------------------------------------------
+// Reference plane
+//
+// A plane frame has its origin on the plane and its z axis along the plane's normal. The transform
+// planeFromCam, called reference plane below, carries camera coordinates into it; its row 2 is the
+// normal in camera coordinates.
+// ---------------------------------------------------------------------------------------------
+
+// Fits a plane to a point cloud of one camera, robustly against outliers, and gives the plane's
+// frame: origin at the inliers' centroid, z axis along the normal and on the camera's side, x axis
+// along the camera's x axis projected into the plane (opposite to it when the normal had to be
+// turned), right-handed.
+//
+// points     n points in camera coordinates, any length unit that suits the fixed limits below;
+//            not modified
+// n          number of points, at least 3
+// threshold  largest distance of an inlier from the plane, exclusive, in the points' unit; 0, a
+//            negative value and NaN have no inliers
+// extrinsic  out, planeFromCam
+// error      out, may be null: mean distance of all n points, outliers included, from the plane
+//
+// Equal inputs give equal results: the samples come from rand() after srand(1), so rand() is
+// reseeded (see Threads above). All axes are computed in single precision. Two limits are fixed and
+// made for millimetres: samples of three points whose extents are all below 1e-4 are drawn again,
+// and a covariance whose mixed terms are all below 1e-6 counts as axis-parallel, so clouds in
+// metres that measure a millimetre or two are not fitted well. A plane whose normal is exactly the
+// camera's y axis has no x axis by this construction: the extrinsic then holds NaN. Points that are
+// NaN or infinite are never inliers; one is enough to make `error` NaN or infinite.
+//
+// Messages, log only: "malloc error.ptNum is N.needed memory is X MB",
+//   "fitPlaneByRansacV2 failed.return value is CODE.ptNum is N."
+// Memory: 13 bytes per point. When 12 of them cannot be had, the other one is not given back.
+// Returns kOzkSuccess; kOzkNullPointer when points or extrinsic is null; kOzkComputationFailed when
+// memory ran out, n < 3 (also negative), every sample is degenerate or there are no inliers;
+// kOzkGeometryFailed2 when the camera's x axis is perpendicular to the plane (its projection is
+// shorter than 1e-6).
+VELMORN64_API int ozkCalRefPlaneExtrinsic(tagOzKPoint3Df32* points, int n, float threshold,
+                                          tagOzKCamExtrinsic* extrinsic, float* error);
+
+// Reads the plane out of a planeFromCam.
+//
+// ext          planeFromCam
+// planePoint   out, camera coordinates: the plane frame's origin, -R^-1 T. Without meaning, and not
+//              reported, when R cannot be inverted (|det R| < 1e-10)
+// planeNormal  out, camera coordinates: row 2 of R as it is
+//
+// Nothing is written when one of the three is null. No messages.
+VELMORN64_API void getPlaneModelFromExtrinsic(tagOzKCamExtrinsic* ext, tagOzKPoint3Df64* planePoint,
+                                              tagOzKPoint3Df64* planeNormal);
+
+// Intersects a line with a plane, all in one frame and length unit.
+//
+// linePoint    a point on the line
+// lineDir      its direction, any length
+// planePoint   a point on the plane
+// planeNormal  its normal, any length
+// out          out, the common point
+//
+// Message, by printf: "no intesection.line direction is (X,Y,Z).plane normal is (X,Y,Z)".
+// Returns kOzkSuccess; kOzkComputationFailed with the message when |planeNormal . lineDir| < 1e-6,
+// also for a line inside the plane; kOzkNullPointer when the lines meet and out is null.
+VELMORN64_API int calLineAndPlaneIntesection(tagOzKPoint3Df64 linePoint, tagOzKPoint3Df64 lineDir,
+                                             tagOzKPoint3Df64 planePoint,
+                                             tagOzKPoint3Df64 planeNormal, tagOzKPoint3Df64* out);
+
+// Gives a plane frame another x axis; its origin and its normal stay where they are.
+//
+// ext    planeFromCam
+// xAxis  direction of the new x axis in camera coordinates, at least 0.0001 long; the part
+//        perpendicular to the plane drops out
+// out    out, newPlaneFromCam; may be the variable that ext was copied from
+//
+// With n the normal and x the unit vector along xAxis, the new rows are (n x x) x n, n x x and n.
+// The first two are not brought to length 1: they are as long as the sine of the angle between x
+// and n, so out is a rigid transform only for an xAxis within the plane. Hosts depend on it.
+//
+// Message, console: "matrixInverse failed".
+// Returns kOzkSuccess; kOzkXAxisTooShort; kOzkRotationNotInvertible with the message
+// (|det R| < 1e-10); kOzkXAxisAlongNormal when n x x is shorter than 0.0001.
+VELMORN64_API int changeExtrisicByNewXAxis(tagOzKCamExtrinsic ext, tagOzKPoint3Df32 xAxis,
+                                           tagOzKCamExtrinsic& out);
+
+// Nudges or turns a plane frame, as an edit on its aerial image does.
+//
+// ext    in and out, planeFromCam
+// step   how far to move, length unit
+// angle  how far to turn, degrees
+// mode   1 to 4 move, 5 turns by `angle`, 6 by -angle, any other value does nothing
+//
+// With s = step, the coordinates T = (x, y) change by:
+//   where                   mode 1   mode 2   mode 3   mode 4
+//   |R00| > |R01|, R00 > 0  y + s    y - s    x + s    x - s
+//   |R00| > |R01|, R00 < 0  y - s    y + s    x - s    x + s
+//   otherwise, R01 > 0      x + s    x - s    y - s    y + s
+//   otherwise, R01 <= 0     x - s    x + s    y + s    y - s
+// Modes 1 and 2 have the coordinates of modes 3 and 4 swapped; hosts depend on the pairing.
+// A turn makes R to Q R and leaves T, where Q turns about the axis (R20, R21, R22) with 3.141592
+// for pi. That is a turn about the plane's normal for a camera that looks straight at the plane,
+// and about another axis for a tilted one; hosts depend on both.
+//
+// No messages. Returns kOzkSuccess; kOzkNullExtrinsic when ext is null.
+VELMORN64_API int adjustExtrinsicOnAerialImg(tagOzKCamExtrinsic* ext, float step, float angle,
+                                             int mode);
+
+// ---------------------------------------------------------------------------------------------
+// Platforms and conveyors
+// ---------------------------------------------------------------------------------------------
+
+// Finds where a camera stands over a platform from one image of a chessboard lying on it.
+//
+// image          types kOzkImageOneChannel, kOzkImageThreeChannels, kOzkImageThreeChannelsSwapped
+//                with 8-bit samples (dataType is not read); not modified. A colour image is
+//                searched in colour; the corners are refined in its grey form, the usual weighted
+//                sum with the first channel of kOzkImageThreeChannelsSwapped as blue. The same
+//                scene gives the same result in either colour type
+// intrinsic      camera matrix, pixels
+// distortion     lens distortion
+// boardSize      inner corners per row and per column, each at least 3
+// squareSize     side of a square; gives the result its length unit
+// extrinsic      out, platformFromCam, see below
+// offsetX, offsetY, offsetZ
+//                added to T after everything else, length unit
+// keepBoardAxes  true: the platform's frame is the board's, origin at the first inner corner, x
+//                along the rows, y along the columns, z = x cross y. false: that frame turned by
+//                half a turn about its x axis, so that y and z point the other way
+//
+// platformFromCam = turn * inverse(camFromBoard), then the offsets: a camera point p is R p + T in
+// the platform's frame, and T is the camera's own place there.
+//
+// Messages, console: "find corners success" or "find corners failed"; "solvePnP error".
+// Returns kOzkSuccess; kOzkNullPointer when image or extrinsic is null; kOzkBadSize for another
+// image type, or a width or height of 0 or beyond the range of int; kOzkNullPointer when the
+// image's data is null; kOzkComputationFailed with a message when there is no board or no pose, and
+// without one when OpenCV refused an input (such as a board size below 3).
+VELMORN64_API int ozkCalirateCamAndPlatform(tagOzKImage* image, tagOzKCamIntrinsic intrinsic,
+                                            tagOzKCamDistortion distortion, tagOzKSize boardSize,
+                                            float squareSize, tagOzKCamExtrinsic* extrinsic,
+                                            float offsetX, float offsetY, float offsetZ,
+                                            bool keepBoardAxes);
+
+// Lays a platform's frame into the reference plane by two points of an aerial image.
+//
+// p1        pixel of the frame's origin
+// p2        pixel on the frame's x axis
+// platform  out, platformFromCam: x from p1 to p2, z the plane's normal turned to positive camera
+//           z, y = z cross x; single precision
+// refPlane  planeFromCam
+// rect      region that the image covers, camera x and y, length unit
+// width     columns of the image; taken as they are, 0 gives a result without meaning
+// height    rows
+//
+// Messages, console: "error:refPlaneExtrinsic.data[10] is VALUE",
+//   "error:the length of xAxis is zero"
+// Returns kOzkSuccess; kOzkComputationFailed when the plane is nearly parallel to the line of sight
+// (|R22| < 0.0001); kOzkGeometryFailed2 when the two points are closer than 0.0001; then, when
+// platform is null, kOzkNullExtrinsic.
+VELMORN64_API int ozkCalCamAndPlatformExtrinsic(tagOzKPoint2Df32 p1, tagOzKPoint2Df32 p2,
+                                                tagOzKCamExtrinsic* platform,
+                                                tagOzKCamExtrinsic refPlane, tagOzKRect2Df32 rect,
+                                                int width, int height);
+
+// Lays a conveyor's frame into the reference plane by two points of the camera image.
+//
+// refPlane   planeFromCam
+// p1         pixel of the frame's origin, without lens distortion
+// p2         pixel on the frame's x axis
+// K          camera matrix; zero focal lengths give NaN
+// direction  0: z axis to negative camera z; 1: to positive camera z; else: the plane's normal as
+//            it is
+// out        out, conveyorFromCam: x from p1 to p2, y = z cross x; elements 12 to 15 are those of
+//            refPlane
+//
+// A line of sight along the plane (|normal . ray| < 1e-6) meets it nowhere: the plane's normal then
+// stands in for the point and the result has no meaning. Hosts depend on the call going on.
+//
+// Message, by printf: "no intesection.line direction is (X,Y,Z).plane normal is (X,Y,Z)", with the
+// line of sight, in that case.
+// Returns kOzkSuccess; kOzkComputationFailed or kOzkGeometryFailed2 when the first or second line
+// of sight has no direction, which no pixel and no camera matrix have given yet;
+// kOzkGeometryFailed3 when the two points are closer than 1e-6; then, when out is null,
+// kOzkNullPointer.
+VELMORN64_API int calConveyorExtrinsicByImageLine(tagOzKCamExtrinsic refPlane, tagOzKPoint2Df32 p1,
+                                                  tagOzKPoint2Df32 p2, tagOzKCamIntrinsic K,
+                                                  int direction, tagOzKCamExtrinsic* out);
 
 // ---------------------------------------------------------------------------------------------
 // Stitching by chessboard

@@ -17,6 +17,15 @@ int guarded(Body&& body) noexcept {
   }
 }
 
+// The same for an exported function that returns nothing: what the body throws is dropped.
+template <typename Body>
+void guardedVoid(Body&& body) noexcept {
+  try {
+    body();
+  } catch (...) {
+  }
+}
+
 } // namespace velmorn
 
 #endif // VELMORN64_FOUNDATION_BOUNDARY_H

@@ -6,22 +6,13 @@
 #include <opencv2/calib3d.hpp>
 
 #include "foundation/log.h"
+#include "geometry/board_points.h"
 #include "geometry/rigid_transform.h"
 
 namespace velmorn {
 namespace {
 
 using CornerLists = std::vector<std::vector<cv::Point2f>>;
-
-// The inner corners in the board's frame, row by row as OpenCV's detector returns them.
-std::vector<cv::Point3f> boardPoints(tagOzKSize patternSize, float squareSize) {
-  std::vector<cv::Point3f> points;
-  for (int r = 0; r < patternSize.height; ++r)
-    for (int c = 0; c < patternSize.width; ++c)
-      points.emplace_back(static_cast<float>(c) * squareSize, static_cast<float>(r) * squareSize,
-                          0.0F);
-  return points;
-}
 
 // The positions at which both cameras have every corner.
 std::vector<std::size_t> sharedImages(const CornerLists& a, const CornerLists& b,
