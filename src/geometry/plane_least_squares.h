@@ -18,6 +18,7 @@ namespace velmorn {
 // Rounding: coordinates summed in float and in point order, centroid and differences from it float,
 // covariance double, axes rounded to float at the end.
 // Returns 0, or -1 when n < 1 or the eigen solver gives up (the centroid is then written already).
+// NaN or infinite points give NaN.
 int fitPlaneLeastSquares(const float* points, float centroid[3], float axes[9], double* eigenvalues,
                          int n);
 

@@ -13,8 +13,8 @@ namespace velmorn {
 //
 // The solver stops once every off-diagonal element is below 1e-6, in the matrix's own unit: a
 // matrix that is that small all over keeps V = identity.
-// Returns 0, or -1 when 60 rotations were not enough (eigenvalues untouched, V without meaning).
-// NaN and infinity end in one of the two as well.
+// Returns 0, or -1 when 60 rotations were not enough (eigenvalues untouched, V without meaning). No
+// matrix is known that needs as many; NaN and infinity end soon as well, in NaN.
 int jacobiEigenSymmetric3(double A[9], double eigenvalues[3], double V[9]);
 
 } // namespace velmorn
