@@ -6,6 +6,7 @@
 // Exit status 0 when both agree within the tolerances, 1 when they do not or a file is at fault, 2
 // for a wrong command line.
 #include <CLI/CLI.hpp>
+#include <cmath>
 #include <iomanip>
 #include <iostream>
 #include <map>
