@@ -38,9 +38,9 @@ tagOzKPoint2Df32 pixelFrom(const Text& text) {
 
 void addXAxis(CLI::App& parent, ExtrinsicOptions& options) {
   CLI::App& command = addTask(parent, options, "x-axis", "Give a plane's frame another x axis",
-                              "plane.json --axis 1,0,0");
-  const Text axis =
-      addNumbers(command, "--axis", "Direction within the plane, camera coordinates", 3, "X,Y,Z");
+                              "plane.json --axis 1,0,0 --into-plane");
+  const Text axis = addNumbers(command, "--axis", "Direction, camera coordinates", 3, "X,Y,Z");
+  command.add_flag("--into-plane", options.intoPlane, "Take the part of it within the plane");
   command.callback([&options, axis] {
     const std::vector<float> values = *parseNumbers(*axis, 3);
     options.task = ExtrinsicTask::kXAxis;
@@ -107,7 +107,7 @@ void addExtrinsic(CLI::App& app, ExtrinsicOptions& options) {
   command.require_subcommand(1);
   command.footer(
       "Example:\n"
-      "  velmorn extrinsic x-axis plane.json --axis 1,0,0 -o turned.json\n"
+      "  velmorn extrinsic x-axis plane.json --axis 1,0,0 --into-plane -o turned.json\n"
       "\n"
       "velmorn extrinsic SUBCOMMAND --help shows the options of a subcommand.");
   addXAxis(command, options);

@@ -19,7 +19,9 @@ NamedExtrinsic outcomeOf(const ExtrinsicOptions& options, const NamedExtrinsic& 
   const tagOzKCamExtrinsic& planeFromCam = input.extrinsic;
   switch (options.task) {
     case ExtrinsicTask::kXAxis:
-      return {input.direction, withNewXAxis(planeFromCam, options.axis)};
+      return {input.direction,
+              withNewXAxis(planeFromCam, options.intoPlane ? intoPlane(planeFromCam, options.axis)
+                                                           : options.axis)};
     case ExtrinsicTask::kNudge:
       return {input.direction, nudged(planeFromCam, options.step, options.mode)};
     case ExtrinsicTask::kTurn:
@@ -51,10 +53,12 @@ nlohmann::ordered_json resultOf(const ExtrinsicOptions& options, const NamedExtr
   }
   const NamedExtrinsic outcome = outcomeNamingTheFile(options, input);
   if (!isRigid(outcome.extrinsic)) {
-    printWarning(options.task == ExtrinsicTask::kXAxis && isRigid(input.extrinsic)
-                     ? "the new x axis is not within the plane; the library then gives a matrix "
-                       "whose x and y rows are shorter than 1, which is no rigid transform"
-                     : "the result is no rigid transform, as its input was none");
+    printWarning(
+        options.task == ExtrinsicTask::kXAxis && isRigid(input.extrinsic)
+            ? "the new x axis is not within the plane; the library then gives a matrix "
+              "whose x and y rows are shorter than 1, which is no rigid transform; --into-plane "
+              "takes the part within the plane"
+            : "the result is no rigid transform, as its input was none");
   }
   return extrinsicJson(outcome);
 }

@@ -15,6 +15,7 @@ struct ExtrinsicOptions {
   std::string input;       // file with the extrinsic
   std::string output;      // file to write; empty for the standard output
   tagOzKPoint3Df32 axis{}; // x-axis: camera coordinates
+  bool intoPlane = false;  // x-axis: only the part of the axis within the plane
   float step = 0;          // nudge: length unit
   int mode = 0;            // nudge: 1 to 4
   float degrees = 0;       // turn

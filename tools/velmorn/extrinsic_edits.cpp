@@ -14,6 +14,7 @@ namespace velmorn::tool {
 namespace {
 
 constexpr double kLeastSlope = 1e-6; // the library's own limit for a line that meets the plane
+constexpr double kLeastSine = 1e-4;  // of the angle between a new x axis and the normal
 constexpr int kTurn = 5;
 constexpr int kTurnBack = 6;
 
@@ -68,6 +69,19 @@ tagOzKCamExtrinsic withNewXAxis(const tagOzKCamExtrinsic& planeFromCam, tagOzKPo
   }
   if (status != kOzkSuccess) failByStatus(status);
   return requireFinite(newPlaneFromCam);
+}
+
+tagOzKPoint3Df32 intoPlane(const tagOzKCamExtrinsic& planeFromCam, tagOzKPoint3Df32 direction) {
+  const double* row = planeFromCam.data + 8;
+  const cv::Vec3d normal = cv::normalize(cv::Vec3d(row[0], row[1], row[2]));
+  const cv::Vec3d given(static_cast<double>(direction.x), static_cast<double>(direction.y),
+                        static_cast<double>(direction.z));
+  const cv::Vec3d within = cv::normalize(given - normal * normal.dot(given));
+  if (cv::norm(given.cross(normal)) <= kLeastSine * cv::norm(given)) {
+    throw ToolError("the new x axis is parallel to the plane's normal");
+  }
+  return {static_cast<float>(within[0]), static_cast<float>(within[1]),
+          static_cast<float>(within[2])};
 }
 
 tagOzKCamExtrinsic nudged(const tagOzKCamExtrinsic& planeFromCam, float step, int mode) {

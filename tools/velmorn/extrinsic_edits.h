@@ -11,6 +11,10 @@ namespace velmorn::tool {
 // without a direction or along the plane's normal.
 tagOzKCamExtrinsic withNewXAxis(const tagOzKCamExtrinsic& planeFromCam, tagOzKPoint3Df32 axis);
 
+// The part of a direction that lies within the plane: what withNewXAxis gives a rigid transform
+// for.
+tagOzKPoint3Df32 intoPlane(const tagOzKCamExtrinsic& planeFromCam, tagOzKPoint3Df32 direction);
+
 // Moved by `step` as one of the modes 1 to 4 of adjustExtrinsicOnAerialImg does.
 tagOzKCamExtrinsic nudged(const tagOzKCamExtrinsic& planeFromCam, float step, int mode);
 

@@ -1,6 +1,7 @@
 // The lines that a point cloud file begins with.
 #include "velmorn/file_header.h"
 
+#include <algorithm>
 #include <charconv>
 #include <filesystem>
 #include <fstream>
@@ -26,7 +27,16 @@ std::string readStart(const std::string& path) {
   return start;
 }
 
+// Others than tabs and carriage returns are blanks to some readers and not to others.
+bool isStrayControl(char c) {
+  const auto code = static_cast<unsigned char>(c);
+  return code < 0x20 && c != '\t' && c != '\r';
+}
+
 std::vector<std::string> wordsOf(const std::string& line) {
+  if (std::any_of(line.begin(), line.end(), isStrayControl)) {
+    throw ToolError("the header holds a control character");
+  }
   std::istringstream stream(line);
   std::vector<std::string> words;
   for (std::string word; stream >> word;) words.push_back(word);

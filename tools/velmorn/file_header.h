@@ -16,7 +16,7 @@ struct FileHeader {
 };
 
 // Reads up to and including the first line that begins with the word `last`. Throws ToolError when
-// there is none within the first megabyte.
+// there is none within the first megabyte, and for a control character before it.
 FileHeader readFileHeader(const std::string& path, const std::string& last);
 
 // The whole number that a word of a header stands for. Throws ToolError that shows the word for

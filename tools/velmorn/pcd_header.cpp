@@ -5,6 +5,7 @@
 #include <cstring>
 #include <limits>
 #include <map>
+#include <set>
 
 #include "velmorn/file_header.h"
 #include "velmorn/tool_error.h"
@@ -19,11 +20,22 @@ constexpr std::uint64_t kMostPoints = std::numeric_limits<std::int32_t>::max();
 constexpr std::uint64_t kBestCompression = 100; // LZF makes at most 264 bytes out of 3
 constexpr std::size_t kCompressedSizes = 8;     // bytes: two counts of 4 before the data
 
+// The reader gives up at any other word and goes on with what it has.
+bool isKeyword(const std::string& word) {
+  static const std::set<std::string> kKeywords = {"VERSION", "FIELDS", "SIZE",   "TYPE",
+                                                  "COUNT",   "WIDTH",  "HEIGHT", "VIEWPOINT",
+                                                  "POINTS",  "DATA"};
+  return kKeywords.count(word) != 0;
+}
+
 // The entries by keyword, without the keyword. Comments begin with '#'.
 std::map<std::string, Words> entriesOf(const FileHeader& header) {
   std::map<std::string, Words> entries;
   for (const Words& line : header.lines) {
     if (line[0][0] == '#') continue;
+    if (!isKeyword(line[0])) {
+      throw ToolError("the header has a line " + inQuotes(line[0].substr(0, 40)));
+    }
     const bool added = entries.emplace(line[0], Words(line.begin() + 1, line.end())).second;
     if (!added) throw ToolError("the header has " + line[0].substr(0, 40) + " twice");
   }

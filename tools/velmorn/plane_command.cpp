@@ -61,8 +61,8 @@ void printSummary(const PlaneOptions& options, const PointCloud& cloud,
             << std::fixed << std::setprecision(2) << "inliers        "
             << 100 * inlierRatio(plane, cloud) << " %\n"
             << std::setprecision(4) << "mean distance  " << plane.meanDistance << '\n'
-            << std::setprecision(6) << "a, b, c, d     " << c[0] << ", " << c[1] << ", " << c[2]
-            << ", " << std::setprecision(4) << c[3] << '\n'
+            << std::setprecision(6) << "a, b, c, d     " << c[0] + 0 << ", " << c[1] + 0 << ", "
+            << c[2] + 0 << ", " << std::setprecision(4) << c[3] << '\n'
             << "origin         " << point[0] << ", " << point[1] << ", " << point[2] << '\n'
             << "written to     " << oneLine(options.output) << '\n';
 }
