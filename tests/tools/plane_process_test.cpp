@@ -66,7 +66,7 @@ TEST_F(PlaneProcess, WritesThePlaneOfEveryFormat) {
     EXPECT_NEAR(written["plane"]["coefficients"][2], -1 / std::sqrt(1.05), 1e-4);
     EXPECT_NEAR(written["plane"]["coefficients"][3], 500, 1e-2);
     EXPECT_EQ(written["plane"]["coefficients"][0], written["extrinsic"][2][0]);
-    EXPECT_NEAR(written["meanDistance"], 50 / std::sqrt(1.05) / 11, 1e-3);
+    EXPECT_NEAR(written["meanDistance"], 50 / std::sqrt(1.05) / 11, 5e-3);
   }
 }
 
@@ -78,9 +78,9 @@ TEST_F(PlaneProcess, CountsWhatItSkips) {
 }
 
 TEST_F(PlaneProcess, TakesADepthImage) {
-  cv::Mat depth(480, 640, CV_16UC1, cv::Scalar(5000));
-  depth(cv::Rect(0, 0, 640, 48)) = 0;
-  depth(cv::Rect(0, 48, 64, 100)) = 4000;
+  cv::Mat depth(480, 640, CV_16UC1, cv::Scalar(0));
+  depth(cv::Rect(270, 200, 100, 80)) = 5000;
+  depth(cv::Rect(270, 200, 20, 10)) = 4000;
   cv::imwrite((dir() / "d.png").string(), depth);
   writeFile(dir() / "cam.yml", cameraYaml("0., 0., 0., 0., 0."));
   const std::vector<std::string> arguments = {"plane",       "d.png", "--intrinsics",  "cam.yml",
@@ -88,9 +88,9 @@ TEST_F(PlaneProcess, TakesADepthImage) {
   const ProcessResult result = run(arguments);
   ASSERT_EQ(result.status, 0) << result.err;
   const json written = json::parse(readFile(dir() / "plane.json"));
-  EXPECT_EQ(written["pointsUsed"], 640 * 432);
-  EXPECT_EQ(written["pointsSkipped"], 640 * 48);
-  EXPECT_EQ(written["inliers"], 640 * 432 - 6400);
+  EXPECT_EQ(written["pointsUsed"], 8000);
+  EXPECT_EQ(written["pointsSkipped"], 640 * 480 - 8000);
+  EXPECT_EQ(written["inliers"], 7800);
   EXPECT_NEAR(written["plane"]["coefficients"][3], 500, 0.1);
   writeFile(dir() / "cam.yml", with(cameraYaml(), "width: 640", "width: 800"));
   EXPECT_THAT(run(arguments).err, HasSubstr("warning: the image is 640x480, but cam.yml is for"));

@@ -29,12 +29,12 @@ TEST_F(ToolReferencePlane, FindsTheTruth) {
   const ReferencePlane plane = fit(gridOnPlane(30));
   const double length = std::sqrt(1.05);
   const cv::Vec4d expected(-0.1 / length, -0.2 / length, -1 / length, 500);
-  for (int i = 0; i < 4; ++i) EXPECT_NEAR(plane.model.coefficients[i], expected[i], 1e-3) << i;
+  for (int i = 0; i < 4; ++i) EXPECT_NEAR(plane.model.coefficients[i], expected[i], 1e-2) << i;
   EXPECT_EQ(plane.inliers, 300U);
   // 30 of 330 points are 50 above it along z.
-  EXPECT_NEAR(plane.meanDistance, 50 / length / 11, 1e-3);
+  EXPECT_NEAR(plane.meanDistance, 50 / length / 11, 5e-3);
   const cv::Vec3d& point = plane.model.point;
-  EXPECT_NEAR(point.dot({expected[0], expected[1], expected[2]}) + 500, 0, 1e-3);
+  EXPECT_NEAR(point.dot({expected[0], expected[1], expected[2]}) + 500, 0, 1e-2);
   EXPECT_NEAR(point[0], 0, 1e-2);
   EXPECT_NEAR(point[1], 0, 1e-2);
 }

@@ -47,8 +47,7 @@ TEST(XyzFile, NamesTheLine) {
   EXPECT_EQ(errorOf("+ 2 3\n"), "line 1: \"+\" is not a number");
   EXPECT_EQ(errorOf("+-1 2 3\n"), "line 1: \"+-1\" is not a number");
   EXPECT_EQ(errorOf("1 2 1e999\n"), "line 1: \"1e999\" is out of range");
-  EXPECT_EQ(errorOf(std::string(1, '\0') + " 1 2"),
-            "line 1: \"" + std::string(1, '\0') + "\" is not a number");
+  EXPECT_EQ(errorOf(std::string(1, '\0') + " 1 2"), "line 1: \"\" is not a number");
 }
 
 TEST(XyzFile, ShowsTheBeginningOfALongWordOnly) {

@@ -47,8 +47,8 @@ const Words& entryOf(const std::map<std::string, Words>& entries, const std::str
   const auto found = entries.find(keyword);
   if (found == entries.end()) throw ToolError("the header has no " + keyword);
   if (found->second.size() != words) {
-    throw ToolError("the header's " + keyword + " has " + std::to_string(found->second.size()) + " entries" +
-                    ", not " + std::to_string(words));
+    throw ToolError("the header's " + keyword + " has " + std::to_string(found->second.size()) +
+                    " entries" + ", not " + std::to_string(words));
   }
   return found->second;
 }

@@ -30,7 +30,8 @@ std::string reasonOf(int status) {
   if (status == kOzkGeometryFailed2) {
     return "the plane stands on the camera's x axis, which then gives its frame no x axis";
   }
-  return "no plane found: the points lie on a line or at one place, or the threshold is too small";
+  return "no plane found: the points lie on a line or at one place, or the threshold is too "
+         "small for their noise or, in single precision, for their number";
 }
 
 double distanceFrom(const cv::Vec4d& plane, const tagOzKPoint3Df32& point) {

@@ -34,7 +34,7 @@ double numberFrom(std::string_view word, std::size_t lineNumber) {
   const std::from_chars_result read = std::from_chars(digits.data(), end, value);
   if (read.ec == std::errc() && read.ptr == end) return value;
   const bool tooLarge = read.ec == std::errc::result_out_of_range;
-  failInLine(lineNumber, inQuotes(std::string(word.substr(0, kLongestExcerpt))) +
+  failInLine(lineNumber, inQuotes(oneLine(std::string(word.substr(0, kLongestExcerpt)))) +
                              (tooLarge ? " is out of range" : " is not a number"));
 }
 
