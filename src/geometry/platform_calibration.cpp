@@ -8,16 +8,12 @@
 
 #include "foundation/boundary.h"
 #include "foundation/log.h"
+#include "geometry/board_corners.h"
 #include "geometry/board_points.h"
 #include "geometry/extrinsic_rows.h"
 
 namespace velmorn {
 namespace {
-
-const cv::Size kRefineHalfWindow(11, 11); // pixels
-const cv::Size kNoDeadZone(-1, -1);
-constexpr int kRefineIterations = 30;
-constexpr double kRefineAccuracy = 0.01; // pixels
 
 constexpr double kPi = 3.141592653589793;
 
@@ -68,20 +64,15 @@ void drawCorners(const cv::Mat& grey, const cv::Size& pattern,
   cv::drawChessboardCorners(annotated, pattern, corners, found);
 }
 
-bool findCorners(const cv::Mat& pixels, const cv::Size& pattern,
-                 std::vector<cv::Point2f>& corners) {
-  constexpr int kFlags =
-      cv::CALIB_CB_ADAPTIVE_THRESH + cv::CALIB_CB_FILTER_QUADS + cv::CALIB_CB_FAST_CHECK;
-  const bool found = cv::findChessboardCorners(pixels, pattern, corners, kFlags);
+bool findCorners(const cv::Mat& pixels, tagOzKSize boardSize, std::vector<cv::Point2f>& corners) {
+  const bool found = detectBoardCorners(pixels, boardSize, corners);
   if (!found) {
     printConsole("find corners failed\n");
     return false;
   }
   const cv::Mat grey = greyOf(pixels);
-  const cv::TermCriteria stop(cv::TermCriteria::COUNT + cv::TermCriteria::EPS, kRefineIterations,
-                              kRefineAccuracy);
-  cv::cornerSubPix(grey, corners, kRefineHalfWindow, kNoDeadZone, stop);
-  drawCorners(grey, pattern, corners, found);
+  refineBoardCorners(grey, corners);
+  drawCorners(grey, cv::Size(boardSize.width, boardSize.height), corners, found);
   printConsole("find corners success\n");
   return true;
 }
@@ -126,8 +117,7 @@ int calibratePlatform(const tagOzKImage* image, const Lens& lens, tagOzKSize boa
   if (status != kOzkSuccess) return status;
 
   std::vector<cv::Point2f> corners;
-  const cv::Size pattern(boardSize.width, boardSize.height);
-  if (!findCorners(copyPixels(*image), pattern, corners)) return kOzkComputationFailed;
+  if (!findCorners(copyPixels(*image), boardSize, corners)) return kOzkComputationFailed;
   Pose camFromBoard;
   if (!solveBoardPose(boardPoints(boardSize, squareSize), corners, lens, camFromBoard))
     return kOzkComputationFailed;

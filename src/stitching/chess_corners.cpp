@@ -9,17 +9,13 @@
 
 #include "foundation/log.h"
 #include "foundation/platform.h"
+#include "geometry/board_corners.h"
 
 namespace velmorn {
 namespace {
 
 constexpr const char* kCornerImageFolder = "chessImgs/";
 constexpr const char* kCornerImageFormat = "chessImgs/corner-%d%d%d-%s.bmp";
-
-const cv::Size kRefineHalfWindow(11, 11); // pixels
-const cv::Size kNoDeadZone(-1, -1);
-constexpr int kRefineIterations = 30;
-constexpr double kRefineAccuracy = 0.01; // pixels
 
 enum class ImageOutcome { kUnreadable, kWrongSize, kNotFound, kFound };
 
@@ -31,7 +27,7 @@ struct ImageResult {
 };
 
 struct CameraSearch {
-  cv::Size patternSize;
+  tagOzKSize patternSize;
   bool saveCornerImages;
   cv::Size referenceSize; // of the camera's first readable image
 };
@@ -46,32 +42,22 @@ cv::Mat readGrey(const std::string& path) {
   }
 }
 
-// True when the refinement's window and its border fit into the image; OpenCV refuses smaller ones.
-bool fitsRefinement(const cv::Size& image) {
-  const int least = 2 * kRefineHalfWindow.width + 5;
-  return image.width >= least && image.height >= least;
-}
-
-bool findCorners(const cv::Mat& grey, const cv::Size& patternSize,
-                 std::vector<cv::Point2f>& corners) {
-  constexpr int kFlags =
-      cv::CALIB_CB_ADAPTIVE_THRESH + cv::CALIB_CB_FILTER_QUADS + cv::CALIB_CB_FAST_CHECK;
-  if (!cv::findChessboardCorners(grey, patternSize, corners, kFlags) ||
-      !fitsRefinement(grey.size())) {
+// A board in an image too small for the refinement counts as not found, like one that is not there.
+bool findCorners(const cv::Mat& grey, tagOzKSize patternSize, std::vector<cv::Point2f>& corners) {
+  if (!detectBoardCorners(grey, patternSize, corners) || !fitsCornerRefinement(grey.size())) {
     corners.clear();
     return false;
   }
-  const cv::TermCriteria stop(cv::TermCriteria::COUNT + cv::TermCriteria::EPS, kRefineIterations,
-                              kRefineAccuracy);
-  cv::cornerSubPix(grey, corners, kRefineHalfWindow, kNoDeadZone, stop);
+  refineBoardCorners(grey, corners);
   return true;
 }
 
-cv::Mat drawCorners(const cv::Mat& grey, const cv::Size& patternSize,
+cv::Mat drawCorners(const cv::Mat& grey, tagOzKSize patternSize,
                     const std::vector<cv::Point2f>& corners) {
   cv::Mat annotated;
   cv::cvtColor(grey, annotated, cv::COLOR_GRAY2BGR);
-  cv::drawChessboardCorners(annotated, patternSize, corners, true);
+  cv::drawChessboardCorners(annotated, cv::Size(patternSize.width, patternSize.height), corners,
+                            true);
   return annotated;
 }
 
@@ -171,8 +157,7 @@ void findChessCornerPtByImgs(const ImagePathMap& chessImgPaths, CornerMap& corne
                              tagOzKSize patternSize, bool saveCornerImages) {
   corners.clear();
   for (const auto& [camID, paths] : chessImgPaths) {
-    const CameraSearch search{cv::Size(patternSize.width, patternSize.height), saveCornerImages,
-                              cv::Size()};
+    const CameraSearch search{patternSize, saveCornerImages, cv::Size()};
     corners[camID] = findCameraCorners(camID, paths, search);
   }
 }

@@ -42,6 +42,15 @@ TEST(Boundary, NothingLeavesTheGuard) {
   EXPECT_EQ(guarded(body), kOzkComputationFailed);
 }
 
+TEST(Boundary, NothingLeavesTheGuardWithoutACode) {
+  int runs = 0;
+  guardedVoid([&] {
+    ++runs;
+    throw std::string("text");
+  });
+  EXPECT_EQ(runs, 1);
+}
+
 // Hosts have these numbers compiled in.
 TEST(PublicConstants, StatusCodes) {
   EXPECT_EQ(kOzkSuccess, 0);

@@ -68,8 +68,14 @@ TEST_F(BadImageFiles, SignatureAlone) {
 }
 
 TEST_F(BadImageFiles, HeaderAlone) {
-  writeFile("header.png", pngHeaderClaiming(320, 240));
+  constexpr std::size_t kSignatureAndHeader = 33;
+  writeFile("header.png", readFile("good.png").substr(0, kSignatureAndHeader));
   expectUnreadable("header.png");
+}
+
+TEST_F(BadImageFiles, PixelsThatEndAtOnce) {
+  writeFile("start.png", pngClaiming(320, 240));
+  expectUnreadable("start.png");
 }
 
 TEST_F(BadImageFiles, TruncatedPng) {
@@ -93,19 +99,19 @@ TEST_F(BadImageFiles, TruncatedJpegShowsNoWholeBoard) {
   expectNoBoard("truncated.jpg");
 }
 
-// A header within OpenCV's limit of 2^30 pixels, and headers beyond it or beyond its width.
+// OpenCV takes 2^30 pixels at most; it refuses more with an exception.
 TEST_F(BadImageFiles, GiganticSizeClaimedAtTheLimit) {
-  writeFile("gigantic.png", pngHeaderClaiming(1U << 15, 1U << 15));
+  writeFile("gigantic.png", pngClaiming(1U << 15, 1U << 15));
   expectUnreadable("gigantic.png");
 }
 
 TEST_F(BadImageFiles, GiganticSizeClaimedBeyondTheLimit) {
-  writeFile("gigantic.png", pngHeaderClaiming(1U << 16, 1U << 15));
+  writeFile("gigantic.png", pngClaiming(1U << 16, 1U << 15));
   expectUnreadable("gigantic.png");
 }
 
 TEST_F(BadImageFiles, GiganticWidthClaimed) {
-  writeFile("wide.png", pngHeaderClaiming(1U << 30, 1));
+  writeFile("wide.png", pngClaiming(1U << 30, 1));
   expectUnreadable("wide.png");
 }
 

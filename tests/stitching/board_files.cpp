@@ -64,10 +64,12 @@ std::string writeBlank(const std::string& path, cv::Size imageSize) {
   return path;
 }
 
-std::string pngHeaderClaiming(std::uint32_t width, std::uint32_t height) {
+std::string pngClaiming(std::uint32_t width, std::uint32_t height) {
   const std::string greyWithEightBits("\x08\x00\x00\x00\x00", 5);
+  const std::string startOfStream("\x78\x01\x01\xff\x00\x00\xff", 7); // 255 stored bytes announced
   return "\x89PNG\r\n\x1a\n" +
-         pngChunk("IHDR", bigEndian(width) + bigEndian(height) + greyWithEightBits);
+         pngChunk("IHDR", bigEndian(width) + bigEndian(height) + greyWithEightBits) +
+         pngChunk("IDAT", startOfStream);
 }
 
 std::vector<cv::Point2f> searchWithOpencv(const cv::Mat& grey, cv::Size patternSize) {

@@ -2,6 +2,7 @@
 #ifndef VELMORN64_TESTS_STITCHING_BOARD_FILES_H
 #define VELMORN64_TESTS_STITCHING_BOARD_FILES_H
 
+#include <cstdint>
 #include <string>
 #include <vector>
 
@@ -31,8 +32,8 @@ BoardPhoto takePhoto(cv::Size imageSize = {320, 240}, int variant = 0,
 std::string writePhoto(const std::string& path, cv::Size imageSize = {320, 240}, int variant = 0);
 std::string writeBlank(const std::string& path, cv::Size imageSize = {320, 240});
 
-// A PNG file of a header alone that claims the given size, its check sums right.
-std::string pngHeaderClaiming(std::uint32_t width, std::uint32_t height);
+// A PNG file that claims the given size and holds the start of its pixels only, check sums right.
+std::string pngClaiming(std::uint32_t width, std::uint32_t height);
 
 // What the corner search does to one image, with OpenCV alone; empty where no board is found.
 std::vector<cv::Point2f> searchWithOpencv(const cv::Mat& grey, cv::Size patternSize);

@@ -172,14 +172,16 @@ TEST_F(ChessCorners, ImageWithoutBoardSetsTheSizeToo) {
   EXPECT_EQ(console, "find corner: 0.png\nfailed\nfind corner: 1.png\nimage size is error\n");
 }
 
-TEST_F(ChessCorners, WidthAloneOrHeightAloneMakesAnotherSize) {
+TEST_F(ChessCorners, WidthOrHeightMakesAnotherSize) {
   writePhoto("0.png");
   const cv::Mat image = takePhoto().image;
   ASSERT_TRUE(cv::imwrite("narrower.png", image.colRange(0, image.cols - 1)));
   ASSERT_TRUE(cv::imwrite("lower.png", image.rowRange(0, image.rows - 1)));
-  const auto lists = find({{"cam", {"0.png", "narrower.png", "lower.png"}}})["cam"];
-  EXPECT_EQ(countsOf(lists), (std::vector<std::size_t>{kBoardCorners, 0, 0}));
-  EXPECT_THAT(logLines(), ElementsAre("image size is error", "image size is error"));
+  ASSERT_TRUE(cv::imwrite("turned.png", image.t()));
+  const auto lists = find({{"cam", {"0.png", "narrower.png", "lower.png", "turned.png"}}})["cam"];
+  EXPECT_EQ(countsOf(lists), (std::vector<std::size_t>{kBoardCorners, 0, 0, 0}));
+  EXPECT_THAT(logLines(),
+              ElementsAre("image size is error", "image size is error", "image size is error"));
 }
 
 TEST_F(ChessCorners, CamerasMayDifferInSize) {

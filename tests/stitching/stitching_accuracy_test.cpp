@@ -1,5 +1,6 @@
 // Whole runs against the truth: rendered rigs, and photographs of a real stereo pair.
 #include <algorithm>
+#include <ostream>
 #include <set>
 
 #include <gmock/gmock.h>
@@ -25,6 +26,9 @@ struct Layout {
   std::set<int> direct; // the cameras linked to the base directly
   int base;
 };
+
+// What GoogleTest shows for a layout.
+void PrintTo(const Layout& layout, std::ostream* stream) { *stream << layout.name; }
 
 std::set<int> allBut(int cameraCount, int base) {
   std::set<int> cameras;

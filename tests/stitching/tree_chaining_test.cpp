@@ -166,6 +166,12 @@ TEST_F(TreeChaining, DescendantIsVisitedAfterAnElderSiblingOfItsParent) {
   expectEntry("x", rotation(1) * rotation(2), rotation(1) * translation(2) + translation(1), 2);
 }
 
+TEST_F(TreeChaining, CameraBelowItselfKeepsTheDeeperVisit) {
+  addChild(addChild(root, "x", 1), "x", 2);
+  chain();
+  expectEntry("x", rotation(1) * rotation(2), rotation(1) * translation(2) + translation(1), 2);
+}
+
 TEST_F(TreeChaining, OtherEntriesOfTheMapsStay) {
   residuals["elsewhere"] = 5;
   addChild(root, "a", 1);

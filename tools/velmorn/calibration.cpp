@@ -5,8 +5,8 @@
 #include <cmath>
 
 #include <opencv2/calib3d.hpp>
-#include <opencv2/imgproc.hpp>
 
+#include "geometry/board_corners.h"
 #include "velmorn/board.h"
 #include "velmorn/grey_image.h"
 #include "velmorn/tool_error.h"
@@ -16,13 +16,8 @@ namespace {
 
 // The library's own search, so that a camera file and a stitching run see the same corners.
 bool findCorners(const cv::Mat& grey, tagOzKSize board, std::vector<cv::Point2f>& corners) {
-  const int flags =
-      cv::CALIB_CB_ADAPTIVE_THRESH + cv::CALIB_CB_FILTER_QUADS + cv::CALIB_CB_FAST_CHECK;
-  if (!cv::findChessboardCorners(grey, cv::Size(board.width, board.height), corners, flags)) {
-    return false;
-  }
-  const cv::TermCriteria stop(cv::TermCriteria::COUNT + cv::TermCriteria::EPS, 30, 0.01);
-  cv::cornerSubPix(grey, corners, cv::Size(11, 11), cv::Size(-1, -1), stop);
+  if (!detectBoardCorners(grey, board, corners)) return false;
+  refineBoardCorners(grey, corners);
   return true;
 }
 

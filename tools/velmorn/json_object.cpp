@@ -15,7 +15,7 @@ using nlohmann::json;
 // The parser keeps the last of two equal keys without a word; this notices them.
 class RepeatedKeys {
  public:
-  bool operator()(int, json::parse_event_t event, const json& parsed) {
+  bool operator()(int /*depth*/, json::parse_event_t event, const json& parsed) {
     if (event == json::parse_event_t::object_start) seen_.emplace_back();
     if (event == json::parse_event_t::object_end) seen_.pop_back();
     if (event == json::parse_event_t::key) {
@@ -109,7 +109,7 @@ void JsonObject::fail(const std::string& problem) const {
 
 std::string JsonObject::textFrom(const json& value, const std::string& key) const {
   if (!value.is_string()) fail(inQuotes(key) + " has to be a text");
-  const auto found = value.get<std::string>();
+  auto found = value.get<std::string>();
   if (found.empty()) fail(inQuotes(key) + " is empty");
   if (oneLine(found) != found) fail(inQuotes(key) + " holds a control character");
   return found;

@@ -43,7 +43,7 @@ int minImagesFrom(const JsonObject& rig) {
 std::string idFrom(const json& entry, std::size_t index) {
   const JsonObject camera(entry, "camera " + std::to_string(index + 1),
                           {"id", "intrinsics", "images"});
-  const std::string id = camera.text("id");
+  std::string id = camera.text("id");
   if (id.size() > kMaxIdBytes) {
     camera.fail("\"id\" is longer than " + std::to_string(kMaxIdBytes) + " bytes");
   }
