@@ -5,6 +5,8 @@
 
 #include <iostream>
 
+#include "velmorn/stream_redirection.h"
+
 namespace velmorn::tool {
 namespace {
 

@@ -6,6 +6,7 @@
 
 #include "stitching/chess_corners.h"
 #include "velmorn/pose.h"
+#include "velmorn/stream_redirection.h"
 
 namespace velmorn::tool {
 namespace {

@@ -7,8 +7,11 @@
 #include <opencv2/core.hpp>
 #include <opencv2/core/utils/logger.hpp>
 
+#include "velmorn/arguments.h"
 #include "velmorn/board.h"
+#include "velmorn/extrinsic_arguments.h"
 #include "velmorn/intrinsics_command.h"
+#include "velmorn/plane_arguments.h"
 #include "velmorn/stitch_command.h"
 #include "velmorn/tool_error.h"
 
@@ -43,16 +46,6 @@ void silenceOpenCv() {
   cv::redirectError([](int, const char*, const char*, const char*, int, void*) { return 0; });
 }
 
-std::string checkBoard(const std::string& text) {
-  return parseBoard(text) ? "" : "has to be " + boardRule();
-}
-
-std::string checkSquare(const std::string& text) {
-  double square = 0;
-  const bool isNumber = CLI::detail::lexical_cast(text, square);
-  return isNumber && usableSquare(square) ? "" : "has to be a length above 0";
-}
-
 std::string checkCameraFileName(const std::string& text) {
   const std::size_t dot = text.rfind('.');
   const std::string extension = dot == std::string::npos ? "" : text.substr(dot);
@@ -63,12 +56,7 @@ std::string checkCameraFileName(const std::string& text) {
 void addIntrinsics(CLI::App& app, std::string& board, double& square, IntrinsicsOptions& options) {
   CLI::App& command = *app.add_subcommand(
       "intrinsics", "Calibrate one camera from images of a chessboard and write its camera file");
-  command.add_option("--board", board, "Inner corners per row and column, such as 9x6")
-      ->required()
-      ->check(CLI::Validator(checkBoard, "WxH"));
-  command.add_option("--square", square, "Side of a square, in the unit wanted (millimetres)")
-      ->required()
-      ->check(CLI::Validator(checkSquare, "LENGTH"));
+  addBoardOptions(command, board, square);
   command.add_option("-o,--output", options.output, "Camera file to write, OpenCV YAML")
       ->required()
       ->check(CLI::Validator(checkCameraFileName, "FILE"));
@@ -119,13 +107,20 @@ int runCommandLine(int argc, const char* const* argv) {
   double square = 0;
   IntrinsicsOptions intrinsics;
   StitchOptions stitch;
+  PlaneOptions plane;
+  PlatformOptions platform;
+  ExtrinsicOptions extrinsic;
 
-  CLI::App app("Rigid transforms between cameras from images of a chessboard", "velmorn");
+  CLI::App app("Rigid transforms between cameras, and from cameras to planes and platforms",
+               "velmorn");
   app.set_version_flag("--version", std::string("velmorn ") + VELMORN64_VERSION);
   app.footer("velmorn COMMAND --help shows the options and an example of a command.");
   app.require_subcommand(1);
   addIntrinsics(app, board, square, intrinsics);
   addStitch(app, stitch);
+  addPlane(app, plane);
+  addPlatform(app, platform);
+  addExtrinsic(app, extrinsic);
   try {
     app.parse(argc, argv);
   } catch (const CLI::ParseError& error) {
@@ -134,6 +129,9 @@ int runCommandLine(int argc, const char* const* argv) {
   return runCommand([&] {
     if (app.got_subcommand("intrinsics")) runIntrinsics(intrinsics);
     if (app.got_subcommand("stitch")) runStitch(stitch);
+    if (app.got_subcommand("plane")) runPlane(plane);
+    if (app.got_subcommand("platform")) runPlatform(platform);
+    if (app.got_subcommand("extrinsic")) runExtrinsic(extrinsic);
   });
 }
 

@@ -5,7 +5,6 @@
 #include <cstddef>
 #include <functional>
 #include <map>
-#include <ostream>
 #include <streambuf>
 #include <string>
 #include <vector>
@@ -67,20 +66,6 @@ class StitchMessages : public std::streambuf {
   std::size_t next_ = 0; // in expected_
   std::string pending_;  // the beginning of a message
   std::string rest_;
-};
-
-// Sends a stream to another buffer for as long as it lives.
-class StreamRedirection {
- public:
-  StreamRedirection(std::ostream& stream, std::streambuf& target)
-      : stream_(stream), original_(stream.rdbuf(&target)) {}
-  ~StreamRedirection() { stream_.rdbuf(original_); }
-  StreamRedirection(const StreamRedirection&) = delete;
-  StreamRedirection& operator=(const StreamRedirection&) = delete;
-
- private:
-  std::ostream& stream_;
-  std::streambuf* original_;
 };
 
 } // namespace velmorn::tool

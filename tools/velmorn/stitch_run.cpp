@@ -8,6 +8,7 @@
 
 #include "velmorn/link_diagnosis.h"
 #include "velmorn/pose.h"
+#include "velmorn/stream_redirection.h"
 #include "velmorn/tool_error.h"
 
 namespace velmorn::tool {
