@@ -20,6 +20,7 @@
 #include "velmorn/result_file.h"
 #include "velmorn/rig_file.h"
 #include "velmorn/stitch_messages.h"
+#include "velmorn/stream_redirection.h"
 #include "velmorn/tool_error.h"
 
 namespace {
