@@ -50,9 +50,12 @@ TEST_P(RenderedRig, DirectlyLinkedCamerasAreWithinTheFigures) {
   RigOptions options;
   options.cameraCount = layout.cameraCount;
   options.groups = layout.groups;
-  // Large enough for steeply seen squares to stay wider than the window of the refinement.
-  options.imageSize = {960, 720};
-  options.focal = 768;
+  // Squares that stay wider than the window of the refinement, steeply seen ones too.
+  options.imageSize = {800, 600};
+  options.focal = 640;
+  options.board.width = 7;
+  options.board.height = 5;
+  options.board.square = 34;
   const SyntheticRig rig = makeRig(options);
   StitchInputs inputs = inputsWithImages(rig, dir() / "images", {0.7, 2});
   inputs.minImages = 10;

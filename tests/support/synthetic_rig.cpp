@@ -19,7 +19,7 @@ constexpr double kRadians = CV_PI / 180;
 constexpr double kArcStep = 22 * kRadians;
 constexpr double kArcOfGroup = 75 * kRadians;
 
-constexpr double kSteepestView = 62 * kRadians; // off the board's normal
+constexpr double kSteepestView = 54 * kRadians; // off the board's normal
 constexpr double kImageMargin = 8;              // pixels that the board stays away from the border
 
 cv::Matx33d rotationAbout(const cv::Vec3d& axisTimesAngle) {
@@ -77,8 +77,9 @@ cv::Matx44d sampleBoard(const cv::Vec3d& towardsBoard, const RigOptions& options
   const cv::Vec3d middle(0.5 * (board.width - 1) * board.square,
                          0.5 * (board.height - 1) * board.square, 0);
   const double reach = 0.12 * options.distance;
-  const cv::Vec3d place(random.uniform(-reach, reach), random.uniform(-reach, reach),
-                        random.uniform(-reach, reach));
+  // In braces, where the numbers are drawn from left to right with every compiler.
+  const cv::Vec3d place{random.uniform(-reach, reach), random.uniform(-reach, reach),
+                        random.uniform(-reach, reach)};
   return transformOf(worldFromBoard, place - worldFromBoard * middle);
 }
 
