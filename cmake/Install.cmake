@@ -16,6 +16,8 @@ install(FILES ${CMAKE_CURRENT_BINARY_DIR}/velmorn64Config.cmake
               ${CMAKE_CURRENT_BINARY_DIR}/velmorn64ConfigVersion.cmake
         DESTINATION ${package_dir})
 
+# How far the file lies below the prefix depends on the system's library folder.
+file(RELATIVE_PATH prefix_from_pkgconfig /${CMAKE_INSTALL_LIBDIR}/pkgconfig /)
 configure_file(cmake/velmorn64.pc.in velmorn64.pc @ONLY)
 install(FILES ${CMAKE_CURRENT_BINARY_DIR}/velmorn64.pc
         DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
