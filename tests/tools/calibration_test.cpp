@@ -56,12 +56,23 @@ TEST_F(CalibrationTest, SaysWhyAnImageIsNotUsable) {
   const BoardViews views = find(paths);
   EXPECT_EQ(usableCount(views), 2U);
   EXPECT_EQ(views.views[2].problem, "not readable as an image");
-  EXPECT_EQ(views.views[3].problem, "100x100, but the first image is 640x480");
+  EXPECT_EQ(views.views[3].problem, "100x100, but the camera's images are 640x480");
   EXPECT_EQ(views.views[4].problem, "no board found");
   EXPECT_EQ(toolError([&] {
               calibrate(views, {9, 6}, kSquare);
             }),
             "2 usable images of 5, at least 3 are needed");
+}
+
+// A pattern such as left*.jpg sorts a foreign left.jpg before the camera's own images.
+TEST_F(CalibrationTest, ForeignFirstImageIsLeftOut) {
+  std::vector<std::string> paths = renderImages(3);
+  cv::imwrite("foreign.png", cv::Mat(459, 612, CV_8UC1, cv::Scalar(128)));
+  paths.insert(paths.begin(), "foreign.png");
+  const BoardViews views = find(paths);
+  EXPECT_EQ(views.imageSize, cv::Size(640, 480));
+  EXPECT_EQ(usableCount(views), 3U);
+  EXPECT_EQ(views.views[0].problem, "612x459, but the camera's images are 640x480");
 }
 
 } // namespace

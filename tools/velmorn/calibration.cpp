@@ -21,18 +21,33 @@ bool findCorners(const cv::Mat& grey, tagOzKSize board, std::vector<cv::Point2f>
   return true;
 }
 
+// The size that most images have, the first one's of several: a pattern such as left*.jpg easily
+// takes in a picture that is none of the camera's.
+cv::Size commonSize(const std::vector<std::string>& paths) {
+  std::vector<cv::Size> sizes;
+  for (const std::string& path : paths) sizes.push_back(readGrey(path).size());
+  cv::Size common;
+  std::ptrdiff_t most = 0;
+  for (const cv::Size& size : sizes) {
+    const std::ptrdiff_t count = std::count(sizes.begin(), sizes.end(), size);
+    if (size.area() == 0 || count <= most) continue;
+    common = size;
+    most = count;
+  }
+  return common;
+}
+
 // Why the image is not usable; empty, and the corners filled, when it is.
-std::string problemOf(const cv::Mat& grey, tagOzKSize board, cv::Size& imageSize,
+std::string problemOf(const cv::Mat& grey, tagOzKSize board, const cv::Size& imageSize,
                       std::vector<cv::Point2f>& corners) {
   if (grey.empty()) return "not readable as an image";
-  if (imageSize.area() == 0) imageSize = grey.size();
   if (grey.size() != imageSize) {
-    return sizeText(grey.size()) + ", but the first image is " + sizeText(imageSize);
+    return sizeText(grey.size()) + ", but the camera's images are " + sizeText(imageSize);
   }
   return findCorners(grey, board, corners) ? "" : "no board found";
 }
 
-BoardView viewOf(const std::string& path, tagOzKSize board, cv::Size& imageSize) {
+BoardView viewOf(const std::string& path, tagOzKSize board, const cv::Size& imageSize) {
   BoardView view;
   view.path = path;
   try {
@@ -61,6 +76,7 @@ void requireCamera(const Calibration& found) {
 BoardViews findBoardViews(const std::vector<std::string>& paths, tagOzKSize board,
                           const std::function<void(const BoardView&)>& report) {
   BoardViews found;
+  found.imageSize = commonSize(paths);
   for (const std::string& path : paths) {
     found.views.push_back(viewOf(path, board, found.imageSize));
     report(found.views.back());

@@ -24,7 +24,7 @@ struct BoardView {
 };
 
 struct BoardViews {
-  cv::Size imageSize; // pixels, of the first readable image; the others have to have it
+  cv::Size imageSize; // pixels, the size that most of the images have
   std::vector<BoardView> views;
 };
 
