@@ -53,27 +53,22 @@ Cloud makeCloud(const benchmark::State& state) {
   return cloud;
 }
 
-void shippedFit(benchmark::State& state) {
+using Fit = int (*)(const tagOzKPoint3Df32*, int, unsigned char*, double, double, double*, void*);
+
+void runFit(benchmark::State& state, Fit fit) {
   const Cloud cloud = makeCloud(state);
   const int n = static_cast<int>(cloud.size());
   std::vector<unsigned char> mask(cloud.size());
   Cloud work(cloud.size() + 2);
   double plane[4];
   for (auto _ : state)
-    benchmark::DoNotOptimize(fitPlaneByRansacV2(cloud.data(), n, mask.data(), kConfidence,
-                                                kThreshold, plane, work.data()));
+    benchmark::DoNotOptimize(
+        fit(cloud.data(), n, mask.data(), kConfidence, kThreshold, plane, work.data()));
 }
 
-void plainFit(benchmark::State& state) {
-  const Cloud cloud = makeCloud(state);
-  const int n = static_cast<int>(cloud.size());
-  std::vector<unsigned char> mask(cloud.size());
-  Cloud work(cloud.size() + 2);
-  double plane[4];
-  for (auto _ : state)
-    benchmark::DoNotOptimize(plain::fitPlaneByRansacV2(cloud.data(), n, mask.data(), kConfidence,
-                                                       kThreshold, plane, work.data()));
-}
+void shippedFit(benchmark::State& state) { runFit(state, fitPlaneByRansacV2); }
+
+void plainFit(benchmark::State& state) { runFit(state, plain::fitPlaneByRansacV2); }
 
 void shippedReferencePlane(benchmark::State& state) {
   Cloud cloud = makeCloud(state);

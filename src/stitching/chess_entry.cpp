@@ -57,21 +57,23 @@ int stitchByChess(const std::vector<std::string>& camIDs, const ImagePathMap& ch
                              translations, residuals, minImages, saveCornerImages, baseCamIdx);
   if (status != kOzkSuccess) return status;
 
+  OzKStitchResult stitched = result; // entries at and beyond cameraNum stay the caller's
   const int n = static_cast<int>(camIDs.size());
   for (int i = 0; i < n; ++i) {
     if (i == baseCamIdx) {
-      writeBaseEntry(result.camExtrinsic[i]);
-      result.camRTError[i] = 0;
+      writeBaseEntry(stitched.camExtrinsic[i]);
+      stitched.camRTError[i] = 0;
       continue;
     }
     const std::string& camID = camIDs[static_cast<std::size_t>(i)];
-    writeCameraEntry(rotations[camID], translations[camID], result.camExtrinsic[i]);
-    result.camRTError[i] = residuals[camID];
+    writeCameraEntry(rotations[camID], translations[camID], stitched.camExtrinsic[i]);
+    stitched.camRTError[i] = residuals[camID];
   }
-  result.cameraNum = n;
-  result.baseCamIdx = baseCamIdx;
+  stitched.cameraNum = n;
+  stitched.baseCamIdx = baseCamIdx;
   printConsole("baseCamIdx=" + std::to_string(baseCamIdx));
   writeLog(kLogPath, "calCameraRTByChessImgs success\n");
+  result = stitched; // last: a console that throws must not leave a failed call with a result
   return kOzkSuccess;
 }
 

@@ -1,6 +1,9 @@
 // The result record of a stitching run: what is written, and what is left alone.
 #include <cstring>
 #include <filesystem>
+#include <iostream>
+#include <streambuf>
+#include <string>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -221,6 +224,32 @@ TEST_F(ChessEntry, ImagesThatAreNotThereLeaveTheResultAlone) {
 }
 
 // Whatever stands in the way of log and corner images, the result is the same to the bit.
+// Takes every message but the last one of a successful run.
+class LastMessageFails : public std::streambuf {
+ protected:
+  int_type overflow(int_type c) override { return traits_type::not_eof(c); }
+  std::streamsize xsputn(const char* text, std::streamsize length) override {
+    const bool last = std::string(text, static_cast<std::size_t>(length)).find("baseCamIdx=") == 0;
+    return last ? 0 : length;
+  }
+};
+
+TEST_F(ChessEntry, ConsoleThatThrowsLeavesTheResultAlone) {
+  useRig(2, rowGroups(2));
+  OzKStitchResult result = untouchedResult();
+  LastMessageFails console;
+  std::streambuf* const kept = std::cout.rdbuf(&console);
+  std::cout.exceptions(std::ios::badbit);
+  const int status = ozkVelmornByChess(inputs.camIDs, inputs.paths, inputs.intrinsics,
+                                       inputs.distortions, inputs.patternSize, inputs.squareSize,
+                                       result, inputs.minImages, false, inputs.baseCamIdx);
+  std::cout.exceptions(std::ios::goodbit);
+  std::cout.clear();
+  std::cout.rdbuf(kept);
+  EXPECT_EQ(status, kOzkComputationFailed);
+  EXPECT_TRUE(isUntouched(result));
+}
+
 TEST_F(ChessEntry, WorkingDirectoryThatTakesNoFilesChangesNoResult) {
   useRig(2, rowGroups(2));
   const EntryOutcome expected = runEntry(inputs);
