@@ -1,27 +1,30 @@
 // velmorn64: rigid transforms between depth cameras that look at one calibration board, and between
-// a camera and the plane, platform or conveyor belt that it looks at.
+// a camera and the plane, platform or conveyor belt that it looks at; top-down views, averages and
+// backgrounds of depth data.
 //
-// This is the library's only public header. A host needs nothing else: no other header of ours and
-// no OpenCV header.
+// This is the library's only public header. A host needs nothing else: no other header of ours, and
+// no OpenCV header unless it calls the one function that takes cv::Mat.
 //
 // Units      Lengths come out in the unit that the board's square size or the points were given
 //            in, normally millimetres. Image coordinates are pixels, (0, 0) the centre of the
-//            first pixel, x right, y down. Residuals are lengths; the one angle that crosses this
-//            header is in degrees (adjustExtrinsicOnAerialImg).
+//            first pixel, x right, y down. Residuals are lengths; the angles that cross this
+//            header are in degrees. Depth samples are 16-bit distances along z, 0 for no
+//            measurement; their step is the length unit of what is computed from them.
 // Frames     A camera frame has x right, y down and z along the line of sight. Transforms are
 //            named target-from-source: a point p in the source frame is R p + T in the target
 //            frame. Row r of R is then the target frame's axis r in source coordinates. The
 //            direction of every output is stated with its function.
-// Ownership  The library keeps no pointer after a call returns and allocates nothing that the
-//            caller has to free.
+// Ownership  The library keeps no pointer after a call returns. The one thing that the caller has
+//            to give back is the buffer of createAerialViewImg, by releaseAerialViewImg.
 // Threads    No threads are started and no state is kept, so calls on different threads do not
 //            disturb each other's results, with one exception: ozkCalRefPlaneExtrinsic reseeds and
 //            draws from the C runtime's rand(), so two of its calls must not overlap, nor one of
 //            them and any other use of rand(). Calls do share two things by name in the working
 //            directory: "velmorn.log" and the folder "chessImgs/" (see ozkVelmornByChess).
-// Errors     Nothing is thrown across this boundary. Every function returns a status code from the
-//            table below (one function returns nothing); on anything but kOzkSuccess the outputs
-//            keep what the caller had put there.
+// Errors     Nothing is thrown across this boundary. Functions return a status code from the table
+//            below (two return nothing, ozkCalDepthImgSampleFactor returns its result); on anything
+//            but kOzkSuccess the outputs keep what the caller had put there, unless the function
+//            says otherwise.
 // Messages   Long operations append time-stamped lines to "velmorn.log" in the working directory
 //            (restarted when it has grown past 10 MiB; a log that cannot be written changes no
 //            result) and write short lines to std::cout. A host that wants a quiet standard output
@@ -37,6 +40,10 @@
 #include <vector>
 
 #define VELMORN64_VERSION "0.1.0"
+
+namespace cv {
+class Mat; // OpenCV's matrix, named by one function below; its own header is opencv2/core.hpp
+}
 
 // Marks the exported functions. Define VELMORN64_STATIC to link the static archive instead of the
 // dynamic library; VELMORN64_BUILDING is for the library's own build only.
@@ -88,6 +95,13 @@ constexpr std::int32_t kOzkNoDataCode = -2800;
 constexpr std::int32_t kOzkXAxisTooShort = 321;
 constexpr std::int32_t kOzkRotationNotInvertible = 322;
 constexpr std::int32_t kOzkXAxisAlongNormal = 323;
+// Failures of bulidDepthBackgroundByPointCloud: fewer points than asked for, the grid is wider or
+// higher than allowed, the grid has no columns or no rows, no memory, no point in the region.
+constexpr std::int32_t kOzkTooFewPoints = 321;
+constexpr std::int32_t kOzkGridTooLarge = 322;
+constexpr std::int32_t kOzkGridEmpty = 323;
+constexpr std::int32_t kOzkNoGridMemory = 324;
+constexpr std::int32_t kOzkNoPointInRegion = 325;
 
 // Values of tagOzKImage::type.
 constexpr std::uint32_t kOzkImageOneChannel = 256;           // grey or depth
@@ -486,6 +500,229 @@ VELMORN64_API int ozkVelmornByChessCtype(const OzKStitchCstring* camIDs, int cam
                                          tagOzKSize patternSize, float squareSize,
                                          OzKStitchResult* result, int minImages,
                                          bool saveCornerImages, int baseCamIdx);
+
+// ---------------------------------------------------------------------------------------------
+// Aerial view: what depth cameras see, from above
+//
+// The grid lies in the x/y plane of the first camera's frame and covers a region of it, x1 <= x <=
+// x2 and y1 <= y <= y2. At a resolution r (length units per cell) it has
+//   trunc((x2 - x1) / r) + 1 columns and trunc((y2 - y1) / r) + 1 rows,
+// computed in single precision: both edges of the region have a cell. A grid is too large when its
+// cells cannot be numbered by an int, negative when the region is reversed by two cells or more;
+// reversed by one to two cells it has 0 columns or rows, which is accepted and gives an image
+// without pixels.
+//
+// An aerial image has type kOzkImageThreeChannels, three 8-bit samples a pixel, the rows without
+// gaps: columns * rows * 3 bytes.
+// ---------------------------------------------------------------------------------------------
+
+// Makes an aerial image of a region, for ozkCvtDepthToAerialViewImg.
+//
+// region      the region, length unit
+// resolution  length units per cell
+// image       out: type, width, height and data are set, all other fields (dataType too) are left.
+//             data is a new buffer that releaseAerialViewImg frees; its content is not initialised.
+//             A buffer that was there before is not freed
+//
+// No messages. Returns kOzkSuccess; kOzkNullPointer when region or image is null; kOzkBadSize when
+// the resolution is 0 or NaN, or the grid is negative or too large; kOzkComputationFailed when
+// there is no memory: data is then null, the other three are set.
+VELMORN64_API int createAerialViewImg(const tagOzKRect2Df32* region, float resolution,
+                                      tagOzKImage* image);
+
+// Frees the buffer of createAerialViewImg and sets `data` to null. Does nothing when image or its
+// data is null, so calling it twice is harmless. Only for buffers of createAerialViewImg.
+VELMORN64_API void releaseAerialViewImg(tagOzKImage* image);
+
+// Four conversions between an image that spans a region exactly, such as an aerial image, and the
+// region. A pixel is (x2 - x1) / imageWidth by (y2 - y1) / imageHeight length units, which is not
+// an aerial image's resolution. Single precision; nothing is clamped; a region without width or
+// height gives infinities or NaN where it divides.
+//
+// region       the region, length unit
+// imageWidth   columns of the image
+// imageHeight  rows
+// out          out
+//
+// A rectangle given with x1 > x2 or y1 > y2 counts as the one with these two exchanged.
+//
+// No messages. All return kOzkSuccess; kOzkNullPointer when out is null; kOzkBadSize when
+// imageWidth or imageHeight is 0; then kOzkNullPointer when region is null.
+
+// Pixels to length units.
+VELMORN64_API int ozkCvtImgRect2MesureRegion(const tagOzKRect2Df32* region, int imageWidth,
+                                             int imageHeight, tagOzKRect2Df32 imageRect,
+                                             tagOzKRect2Df32* out);
+
+// Length units to pixels.
+VELMORN64_API int ozkCvtMesureRegion2ImgRect(const tagOzKRect2Df32* region, int imageWidth,
+                                             int imageHeight, tagOzKRect2Df32 measureRect,
+                                             tagOzKRect2Df32* out);
+
+// One point, pixels to length units.
+VELMORN64_API int ozkCvtImgP2CamPt(const tagOzKRect2Df32* region, int imageWidth, int imageHeight,
+                                   tagOzKPoint2Df32 imagePoint, tagOzKPoint2Df32* out);
+
+// The same with z = 0.
+VELMORN64_API int ozkCvtImgP2CamPt(const tagOzKRect2Df32* region, int imageWidth, int imageHeight,
+                                   tagOzKPoint2Df32 imagePoint, tagOzKPoint3Df32* out);
+
+// Renders the depth images of one or more cameras as an aerial image. Each cell shows the sample
+// with the smallest depth that falls into it, of equal depths the first one in the order cameras,
+// rows, columns. Depth is the sample's own value, along its own camera's line of sight, also for
+// cameras that stand elsewhere; hosts depend on it.
+//
+// depthImages   cameraCount images, type kOzkImageOneChannel, dataType kOzkSample16U; sizes may
+//               differ. A sample of 65535 is never shown
+// colorImages   null, or cameraCount images of the depth images' sizes, 8-bit samples, type
+//               kOzkImageThreeChannels, which is shown as it is, or kOzkImageThreeChannelsSwapped,
+//               whose first and third channels are exchanged for it
+// intrinsics    cameraCount camera matrices, pixels; lens distortion is not modelled
+// extrinsics    cameraCount transforms firstFromCam, in the unit of the depth samples; entry 0 is
+//               not read, of the others rows 0 and 1. May be null with one camera
+// cameraCount   at least 1
+// region        the region, in the unit of the depth samples; points on its border are left out
+// resolution    length units per cell
+// aerialImage   out: an image with the grid's width and height and a buffer for it, such as
+//               createAerialViewImg makes; its type is not read. May share memory with the inputs
+//
+// With colour images a cell takes the colour of its sample. Without, the depths are spread over
+// 256 steps e by a cumulative histogram over the cells (in 32-bit arithmetic, so that its running
+// sum times 255 wraps around above 16.8 million covered cells), and a cell's samples are
+//   e;  2 e below 127.5, else 510 - 2 e;  255 - e
+// from near (third channel) to far (first channel). Cells without a sample are black in both.
+//
+// All positions are computed in single precision. Samples that come out NaN or infinite, as wrong
+// intrinsics or extrinsics make them, fall into no cell.
+//
+// Messages, log only: "depth image dataType error", "depth image type error",
+//   "depth image size is diffrent with color image", "color image dataType error",
+//   "color image type error", "input aerialViewImg size error"
+// Returns kOzkSuccess; kOzkNullPointer when depthImages, intrinsics, aerialImage or region is null,
+// or extrinsics with more than one camera; kOzkBadSize when cameraCount < 1 or the resolution is
+// not above 0; for each depth image kOzkBadDataType, then kOzkBadImageType, with the message, then
+// kOzkNullPointer when it has pixels but no data; then for each colour image kOzkBadSize,
+// kOzkBadDataType, kOzkBadImageType, kOzkNullPointer likewise; kOzkBadSize when the grid is
+// negative or too large, and with the message when aerialImage has another size; kOzkNullPointer
+// when it has no data; kOzkComputationFailed when memory ran out or OpenCV refused an input.
+VELMORN64_API int ozkCvtDepthToAerialViewImg(const tagOzKImage* depthImages,
+                                             const tagOzKImage* colorImages,
+                                             const tagOzKCamIntrinsic* intrinsics,
+                                             const tagOzKCamExtrinsic* extrinsics, int cameraCount,
+                                             const tagOzKRect2Df32* region, float resolution,
+                                             tagOzKImage* aerialImage);
+
+// The same for hosts that use OpenCV themselves.
+//
+// depthImages  cameraCount matrices CV_16UC1
+// colorImages  null, or cameraCount matrices CV_8UC3, at least as large as the depth images; their
+//              three bytes are shown as they are
+// aerialImage  out: made by this function, CV_8UC3, rows by columns of the grid
+// the rest     as above
+//
+// The types are not compared with these; a matrix whose samples or pixels have another size in
+// bytes, and a colour matrix that is too small, are kOzkBadSize. No messages.
+// Returns kOzkSuccess; kOzkNullPointer, kOzkBadSize and kOzkComputationFailed as above.
+VELMORN64_API int ozkCvtDepthToAerialViewImg(const cv::Mat* depthImages, const cv::Mat* colorImages,
+                                             const tagOzKCamIntrinsic* intrinsics,
+                                             const tagOzKCamExtrinsic* extrinsics, int cameraCount,
+                                             const tagOzKRect2Df32* region, float resolution,
+                                             cv::Mat* aerialImage);
+
+// ---------------------------------------------------------------------------------------------
+// Averages of bursts; sampling of depth images
+// ---------------------------------------------------------------------------------------------
+
+// Averages depth images of one scene, pixel by pixel. Samples of 0 do not count; a pixel that no
+// image measured is 0. Means are cut off, not rounded.
+//
+// images   count images of one size, type kOzkImageOneChannel, dataType kOzkSample16U
+// count    number of images, at least 1; a single one is copied
+// average  out, width * height samples; must not share memory with the images
+//
+// Sums are kept in single precision, which is exact up to 256 images.
+//
+// Messages, log only: "image size error", "image type or dataType error"
+// Returns kOzkSuccess; kOzkNullPointer when images or average is null or count < 1; for the first
+// image kOzkBadImageType, then kOzkBadDataType; kOzkNullPointer when it has pixels but no data;
+// for the others, in their order, kOzkBadAverageInput with the first message when the size differs
+// from the first image's, with the second when dataType or type does, and kOzkNullPointer likewise:
+// in these cases average holds zeros; kOzkComputationFailed when memory ran out.
+VELMORN64_API int ozkCalAverageDepthImage(tagOzKImage* images, int count, unsigned short* average);
+
+// Averages 8-bit images of one scene, sample by sample. Samples of 0 count. Means are cut off.
+//
+// images   count images of one size, dataType kOzkSample8U, type kOzkImageOneChannel,
+//          kOzkImageThreeChannels or kOzkImageThreeChannelsSwapped, all of one type
+// count    number of images, at least 1; a single one is copied
+// average  out, width * height samples, three times as many for the types with three channels;
+//          must not share memory with the images
+//
+// Sums are kept in single precision, which is exact up to 65793 images.
+//
+// Messages and return values as for ozkCalAverageDepthImage.
+VELMORN64_API int ozkCalAverageImage(tagOzKImage* images, int count, unsigned char* average);
+
+// The side of what one pixel covers at a distance, in whole length units, rounded up.
+//
+// fieldOfViewDegrees  the camera's full angle of view along the counted pixels
+// pixelCount          pixels along it
+// distance            distance from the camera, length unit
+//
+// Single precision, with 3.1415926 for pi. Nothing is checked; a side that an int cannot hold, as
+// for pixelCount 0, gives the smallest int. No messages. Returns the side, not a status code.
+VELMORN64_API int ozkCalDepthImgSampleFactor(float fieldOfViewDegrees, int pixelCount,
+                                             float distance);
+
+// The rectangle that a camera's image covers at a distance.
+//
+// imageWidth    columns; from the centre of the first pixel to that of the last
+// imageHeight   rows
+// intrinsic     camera matrix, pixels
+// workDistance  distance from the camera, length unit
+// field         out, camera x and y, length unit
+//
+// The image size is not checked. Coordinates beyond 16777215 either way, and NaN, do not take part
+// in the extremes. No messages.
+// Returns kOzkSuccess; kOzkNullPointer when intrinsic or field is null.
+VELMORN64_API int ozkCalFieldSizeByWorkdistance(int imageWidth, int imageHeight,
+                                                const tagOzKCamIntrinsic* intrinsic,
+                                                float workDistance, tagOzKRect2Df32* field);
+
+// ---------------------------------------------------------------------------------------------
+// Depth background
+// ---------------------------------------------------------------------------------------------
+
+// Turns the point cloud of an empty scene into a height map without gaps. The grid covers a region
+// of the x/y plane as an aerial image does. Each cell holds the lowest or highest z of its points;
+// cells without a point are filled from their neighbours, step by step, and take the value of a
+// nearest cell with points, counted in steps up, down, left and right.
+//
+// points         pointCount points, any order; points with NaN in x or y are left out, a z of NaN
+//                stays in a cell only when it was the cell's first
+// cellSize       length units per cell
+// region         x1 <= x <= x2 and y1 <= y <= y2, inclusive
+// background     out, gridWidth * gridHeight values, row after row (rows along y);
+//                maxGridSize * maxGridSize values are always enough
+// gridWidth      out, columns
+// gridHeight     out, rows
+// keepHighest    0: lowest z; else: highest z
+// minPointCount  least number of points, in the region or not
+// maxGridSize    largest gridWidth and gridHeight
+//
+// When several neighbours have a value to give in the same step, the one below (larger y) goes
+// first, then right, left, above.
+//
+// No messages. Returns kOzkSuccess; kOzkTooFewPoints; kOzkNullPointer when a pointer is null
+// (points may be, without any); kOzkGridTooLarge; kOzkGridEmpty when the grid has no or negative
+// columns or rows, or cellSize or region are NaN. Then gridWidth and gridHeight are written.
+// kOzkNoGridMemory when memory ran out, background untouched; kOzkNoPointInRegion, background then
+// holds zeros.
+VELMORN64_API int bulidDepthBackgroundByPointCloud(tagOzKPoint3Df32* points, int pointCount,
+                                                   float cellSize, tagOzKRect2Df32* region,
+                                                   float* background, int* gridWidth,
+                                                   int* gridHeight, int keepHighest,
+                                                   int minPointCount, int maxGridSize);
 
 // ---------------------------------------------------------------------------------------------
 // The layouts, checked where they are used

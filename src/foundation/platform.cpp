@@ -38,7 +38,8 @@ VectorLevel supportedVectorLevel() {
   const unsigned long long saved = _xgetbv(0);
   __cpuidex(regs, 7, 0);
   const bool avx2 = (regs[1] & (1 << 5)) != 0 && (saved & 0x6) == 0x6;
-  constexpr unsigned kNeeded = (1U << 16) | (1U << 17) | (1U << 31); // F, DQ, VL
+  // F, DQ, BW, VL
+  constexpr unsigned kNeeded = (1U << 16) | (1U << 17) | (1U << 30) | (1U << 31);
   const bool avx512 =
       (static_cast<unsigned>(regs[1]) & kNeeded) == kNeeded && (saved & 0xe6) == 0xe6;
   return avx512 ? VectorLevel::kAvx512 : avx2 ? VectorLevel::kAvx2 : VectorLevel::kNone;
@@ -61,7 +62,7 @@ void makeDirectory(const char* path) { static_cast<void>(mkdir(path, 0777)); }
 VectorLevel supportedVectorLevel() {
 #if defined(__x86_64__)
   if (__builtin_cpu_supports("avx512f") && __builtin_cpu_supports("avx512vl") &&
-      __builtin_cpu_supports("avx512dq"))
+      __builtin_cpu_supports("avx512dq") && __builtin_cpu_supports("avx512bw"))
     return VectorLevel::kAvx512;
   if (__builtin_cpu_supports("avx2")) return VectorLevel::kAvx2;
 #endif
