@@ -640,7 +640,8 @@ VELMORN64_API int ozkCvtDepthToAerialViewImg(const cv::Mat* depthImages, const c
 // count    number of images, at least 1; a single one is copied
 // average  out, width * height samples; must not share memory with the images
 //
-// Sums are kept in single precision, which is exact up to 256 images.
+// Sums are kept in single precision, which is exact up to 256 images. The mean of more of them may
+// come out above 65535; then it loses 65536.
 //
 // Messages, log only: "image size error", "image type or dataType error"
 // Returns kOzkSuccess; kOzkNullPointer when images or average is null or count < 1; for the first
@@ -658,7 +659,8 @@ VELMORN64_API int ozkCalAverageDepthImage(tagOzKImage* images, int count, unsign
 // average  out, width * height samples, three times as many for the types with three channels;
 //          must not share memory with the images
 //
-// Sums are kept in single precision, which is exact up to 65793 images.
+// Sums are kept in single precision, which is exact up to 65793 images; with many more of them, sums
+// stop growing and means come out too small.
 //
 // Messages and return values as for ozkCalAverageDepthImage.
 VELMORN64_API int ozkCalAverageImage(tagOzKImage* images, int count, unsigned char* average);
@@ -682,8 +684,8 @@ VELMORN64_API int ozkCalDepthImgSampleFactor(float fieldOfViewDegrees, int pixel
 // workDistance  distance from the camera, length unit
 // field         out, camera x and y, length unit
 //
-// The image size is not checked. Coordinates beyond 16777215 either way, and NaN, do not take part
-// in the extremes. No messages.
+// The image size is not checked. x1 and y1 are at most 16777215, x2 and y2 at least -16777215, also
+// when the field lies beyond; coordinates that come out NaN do not take part. No messages.
 // Returns kOzkSuccess; kOzkNullPointer when intrinsic or field is null.
 VELMORN64_API int ozkCalFieldSizeByWorkdistance(int imageWidth, int imageHeight,
                                                 const tagOzKCamIntrinsic* intrinsic,
