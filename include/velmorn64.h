@@ -640,8 +640,8 @@ VELMORN64_API int ozkCvtDepthToAerialViewImg(const cv::Mat* depthImages, const c
 // count    number of images, at least 1; a single one is copied
 // average  out, width * height samples; must not share memory with the images
 //
-// Sums are kept in single precision, which is exact up to 256 images. The mean of more of them may
-// come out above 65535; then it loses 65536.
+// Sums are kept in single precision, which is exact up to 256 images. Beyond 131072 images a mean
+// may be rounded up to 65536, which is stored as 0.
 //
 // Messages, log only: "image size error", "image type or dataType error"
 // Returns kOzkSuccess; kOzkNullPointer when images or average is null or count < 1; for the first
@@ -659,8 +659,7 @@ VELMORN64_API int ozkCalAverageDepthImage(tagOzKImage* images, int count, unsign
 // average  out, width * height samples, three times as many for the types with three channels;
 //          must not share memory with the images
 //
-// Sums are kept in single precision, which is exact up to 65793 images; with many more of them, sums
-// stop growing and means come out too small.
+// Sums are kept in single precision, which is exact up to 65793 images.
 //
 // Messages and return values as for ozkCalAverageDepthImage.
 VELMORN64_API int ozkCalAverageImage(tagOzKImage* images, int count, unsigned char* average);

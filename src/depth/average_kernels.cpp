@@ -4,6 +4,8 @@
 #include <algorithm>
 #include <cstdint>
 
+#include "depth/average_reading.h"
+
 namespace velmorn {
 namespace {
 
@@ -59,7 +61,18 @@ const AverageKernels& plainAverageKernels() {
   return kernels;
 }
 
+WordDivisor wordDivisor(int divisor) {
+  int bits = 0; // divisor <= 2^bits
+  while ((1 << bits) < divisor) ++bits;
+  const int multiplier = ((1 << bits) - divisor) * 65536 / divisor + 1;
+  return {static_cast<unsigned short>(multiplier), std::min(bits, 1), std::max(bits - 1, 0)};
+}
+
 const AverageKernels& averageKernels(VectorLevel level) {
+#if defined(VELMORN_X86_KERNELS)
+  if (level == VectorLevel::kAvx512) return avx512AverageKernels();
+  if (level == VectorLevel::kAvx2) return avx2AverageKernels();
+#endif
   static_cast<void>(level);
   return plainAverageKernels();
 }

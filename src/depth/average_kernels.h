@@ -15,9 +15,9 @@ namespace velmorn {
 
 // Writes average[first .. last) from the samples of the same indices of `count` images, at least 1.
 // Sums are chains of additions in float, in the order of the images, starting from 0; each mean is
-// one division in float, cut off to an integer, of which the sample keeps the low bits: beyond 256
-// (depth) or 65793 (bytes) images sums are rounded, and a mean can come out above the largest
-// sample by then. None of it is allocated.
+// one division in float, cut off to an integer. Sums are rounded from the 257th image (depth) or
+// the 65794th (bytes) on. Rounded up, the mean of more than 131072 depth samples can be 65536; the
+// low 16 bits of it are kept. Nothing is allocated.
 
 // Samples of 16 bits. Those that are 0 do not count; where all are, the mean is 0.
 using AverageDepth = void (*)(const tagOzKImage* images, int count, std::size_t first,
@@ -34,6 +34,12 @@ struct AverageKernels {
 
 // The plain form, in every build.
 const AverageKernels& plainAverageKernels();
+
+// The forms for a vector level; in builds for other processors than x86-64 there are none.
+#if defined(VELMORN_X86_KERNELS)
+const AverageKernels& avx2AverageKernels();
+const AverageKernels& avx512AverageKernels();
+#endif
 
 // The form for a vector level that the processor supports.
 const AverageKernels& averageKernels(VectorLevel level);
