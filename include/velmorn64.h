@@ -640,8 +640,8 @@ VELMORN64_API int ozkCvtDepthToAerialViewImg(const cv::Mat* depthImages, const c
 // count    number of images, at least 1; a single one is copied
 // average  out, width * height samples; must not share memory with the images
 //
-// Sums are kept in single precision, which is exact up to 256 images. Beyond 131072 images a mean
-// may be rounded up to 65536, which is stored as 0.
+// Sums are kept in single precision, which is exact up to 256 images. Of a mean that rounding takes
+// beyond 65535 the low 16 bits are stored.
 //
 // Messages, log only: "image size error", "image type or dataType error"
 // Returns kOzkSuccess; kOzkNullPointer when images or average is null or count < 1; for the first

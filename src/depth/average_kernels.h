@@ -16,8 +16,8 @@ namespace velmorn {
 // Writes average[first .. last) from the samples of the same indices of `count` images, at least 1.
 // Sums are chains of additions in float, in the order of the images, starting from 0; each mean is
 // one division in float, cut off to an integer. Sums are rounded from the 257th image (depth) or
-// the 65794th (bytes) on. Rounded up, the mean of more than 131072 depth samples can be 65536; the
-// low 16 bits of it are kept. Nothing is allocated.
+// the 65794th (bytes) on; of a mean that this takes beyond the largest sample the low bits are
+// kept. Nothing is allocated.
 
 // Samples of 16 bits. Those that are 0 do not count; where all are, the mean is 0.
 using AverageDepth = void (*)(const tagOzKImage* images, int count, std::size_t first,

@@ -6,6 +6,7 @@
 
 #include <gtest/gtest.h>
 
+#include "depth/average_reading.h"
 #include "depth/bursts.h"
 #include "depth/plain_average.h"
 
@@ -84,6 +85,50 @@ TEST(AverageKernels, LargeSamplesInEveryNumber) {
     const auto seed = static_cast<unsigned>(count);
     expectPlainBytes(randomDepthBurst(count, 7, 19, 0.002, seed, 65530));
     expectPlainBytes(randomColourBurst(count, 3, 29, 1000 + seed, 253));
+  }
+}
+
+// One pixel per sum; the images share it out as evenly as whole samples can.
+template <typename Sample>
+Burst<Sample> burstOfSums(int count, const std::vector<int>& sums) {
+  std::vector<std::vector<Sample>> samples(static_cast<std::size_t>(count));
+  for (int image = 0; image < count; ++image)
+    for (const int sum : sums)
+      samples[static_cast<std::size_t>(image)].push_back(
+          static_cast<Sample>(sum / count + (image < sum % count ? 1 : 0)));
+  return burstOf(std::move(samples), kOzkImageOneChannel, static_cast<std::uint32_t>(sums.size()),
+                 1);
+}
+
+// The sums where a mean changes: the largest one of each mean and the smallest of the next.
+std::vector<int> edges(int count, int firstMean, int lastMean, int step) {
+  std::vector<int> sums;
+  for (int mean = firstMean; mean <= lastMean; mean += step) {
+    sums.push_back(mean * count - 1);
+    sums.push_back(mean * count);
+  }
+  return sums;
+}
+
+TEST(AverageKernels, WhereMeansChange) {
+  for (int count = 1; count <= kMostExactImages; ++count) {
+    expectPlainBytes(burstOfSums<unsigned char>(count, edges(count, 1, 255, 1)));
+    expectPlainBytes(burstOfSums<unsigned short>(count, edges(count, 2, 65535, 1009)));
+    expectPlainBytes(burstOfSums<unsigned short>(count, edges(count, 65500, 65535, 1)));
+  }
+}
+
+// Through all forms the numerator is at most 256 * 255; the formula holds for every word.
+TEST(WordDivisor, EveryWord) {
+  for (int divisor = 1; divisor <= kMostExactImages; ++divisor) {
+    const WordDivisor d = wordDivisor(divisor);
+    int wrong = 0;
+    for (int n = 0; n <= 65535; ++n) {
+      const int high = static_cast<int>(std::int64_t{n} * d.multiplier >> 16);
+      const int quotient = (high + ((n - high) >> d.firstShift)) >> d.secondShift;
+      wrong += quotient != n / divisor ? 1 : 0;
+    }
+    EXPECT_EQ(wrong, 0) << divisor;
   }
 }
 

@@ -97,6 +97,17 @@ TEST_F(DepthAverage, SumsOfMoreThan256ImagesAreRounded) {
   EXPECT_EQ(average[2], 1);
 }
 
+// By then the sums of the largest samples have grown by 65536 an image most of the time.
+TEST_F(DepthAverage, HundredThousandsOfImages) {
+  DepthBurst burst = rows({{65535, 65534, 32769, 1}});
+  burst.images.resize(200000, burst.images[0]);
+  EXPECT_EQ(call(burst), kOzkSuccess);
+  std::vector<unsigned short> plain(burst.size());
+  plainAverageDepth(burst.images.data(), burst.count(), burst.size(), plain.data());
+  EXPECT_EQ(average, plain);
+  EXPECT_EQ(average[1], 65535); // not the sample
+}
+
 TEST_F(DepthAverage, NullArgumentsAndCount) {
   EXPECT_EQ(call(nullptr, 3, 10), kOzkNullPointer);
   EXPECT_EQ(call(good.images.data(), 0, 10), kOzkNullPointer);
