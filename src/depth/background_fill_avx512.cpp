@@ -19,11 +19,8 @@ __mmask16 lanesOf(int width, int first) {
   return left >= kFillLanes ? kAllLanes : static_cast<__mmask16>((1 << left) - 1);
 }
 
-int paddedWidth(int width) { return (width + kFillLanes - 1) / kFillLanes * kFillLanes; }
-
-__m512i columnsFrom(int first) {
-  return _mm512_add_epi32(_mm512_set1_epi32(first),
-                          _mm512_setr_epi32(0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15));
+__m512i laneNumbers() {
+  return _mm512_setr_epi32(0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15);
 }
 
 __m512i loadSteps(const std::uint16_t* steps) {
@@ -46,46 +43,42 @@ bool hasSeed(const float* cells, int width, std::uint32_t emptyMark) {
   return false;
 }
 
-// Lane by lane, the first seed at or right of it; kNoSeedRight for none among the sixteen.
-__m512i nextSeeds16(__mmask16 seeds, __m512i columns) {
-  const __m512i none = _mm512_set1_epi32(kNoSeedRight);
-  __m512i next = _mm512_mask_mov_epi32(none, seeds, columns);
-  next = _mm512_min_epi32(next, _mm512_alignr_epi32(none, next, 1));
-  next = _mm512_min_epi32(next, _mm512_alignr_epi32(none, next, 2));
-  next = _mm512_min_epi32(next, _mm512_alignr_epi32(none, next, 4));
-  return _mm512_min_epi32(next, _mm512_alignr_epi32(none, next, 8));
+// The number of the highest bit is the exponent of the mask as a float. Seeds are shifted up by one
+// bit, so that an exponent's lowest four bits, with its bias of 127, are the seed's lane.
+constexpr int kBias = 128;
+
+__m512i highestBits(__m512i shiftedSeeds) {
+  return _mm512_srli_epi32(_mm512_castps_si512(_mm512_cvtepi32_ps(shiftedSeeds)), 23);
 }
 
-// Lane by lane, the last seed at or left of it; kNoSeedLeft for none among the sixteen.
-__m512i lastSeeds16(__mmask16 seeds, __m512i columns) {
-  const __m512i none = _mm512_set1_epi32(kNoSeedLeft);
-  __m512i last = _mm512_mask_mov_epi32(none, seeds, columns);
-  last = _mm512_max_epi32(last, _mm512_alignr_epi32(last, none, 15));
-  last = _mm512_max_epi32(last, _mm512_alignr_epi32(last, none, 14));
-  last = _mm512_max_epi32(last, _mm512_alignr_epi32(last, none, 12));
-  return _mm512_max_epi32(last, _mm512_alignr_epi32(last, none, 8));
+int lowestLane(__mmask16 seeds) {
+  const int bits = seeds;
+  const __m128 lowest = _mm_cvtepi32_ps(_mm_cvtsi32_si128((bits & -bits) << 1));
+  return (_mm_cvtsi128_si32(_mm_castps_si128(lowest)) >> 23) - kBias;
 }
 
-// nextSeed[column] becomes the first seed at or right of the column, for the padded width and one
-// more column.
+// nextSeed[k] becomes the first seed beyond the sixteen columns from 16 k.
 template <typename SeedsAt>
 void findNextSeeds(int width, SeedsAt seedsAt, int* nextSeed) {
-  __m512i beyond = _mm512_set1_epi32(kNoSeedRight);
-  const int padded = paddedWidth(width);
-  nextSeed[padded] = kNoSeedRight;
-  for (int first = padded - kFillLanes; first >= 0; first -= kFillLanes) {
+  int beyond = kNoSeedRight;
+  for (int k = (width - 1) / kFillLanes; k >= 0; --k) {
+    const int first = k * kFillLanes;
+    nextSeed[k] = beyond;
     const __mmask16 seeds = seedsAt(first, lanesOf(width, first));
-    const __m512i next = _mm512_min_epi32(nextSeeds16(seeds, columnsFrom(first)), beyond);
-    _mm512_storeu_si512(nextSeed + first, next);
-    beyond = _mm512_broadcastd_epi32(_mm512_castsi512_si128(next));
+    const int lowest = first + lowestLane(seeds);
+    beyond = seeds != 0 ? lowest : beyond;
   }
 }
 
-// The last seed left of the sixteen columns, in every lane.
+// The last seed left of the sixteen columns, the value in every lane.
 struct LeftSeed {
-  __m512i column = _mm512_set1_epi32(kNoSeedLeft);
+  int column = kNoSeedLeft;
   __m512 value = _mm512_setzero_ps();
 };
+
+LeftSeed lastLane(int first, __m512 cells) {
+  return {first + kFillLanes - 1, _mm512_permutexvar_ps(_mm512_set1_epi32(15), cells)};
+}
 
 // The nearest seed of a column's own row, the right one of two.
 struct Nearest {
@@ -93,30 +86,35 @@ struct Nearest {
   __m512 value;
 };
 
-LeftSeed lastLane(__m512i columns, __m512 values) {
-  const __m512i last = _mm512_set1_epi32(15);
-  return {_mm512_permutexvar_epi32(last, columns), _mm512_permutexvar_ps(last, values)};
-}
-
 Nearest nearest16(const Row& row, int first, __mmask16 seeds, __m512 cells, LeftSeed& leftSeed) {
-  const __m512i columns = columnsFrom(first);
-  const __m512i next = _mm512_loadu_si512(row.nextSeed + first);
-  const int beyond = row.nextSeed[first + kFillLanes];
+  const __m512i lanes = laneNumbers(), biased = _mm512_add_epi32(lanes, _mm512_set1_epi32(kBias));
+  const int beyond = row.nextSeed[first / kFillLanes];
   __m512 rightValue = _mm512_set1_ps(row.cells[beyond < row.width ? beyond : 0]);
   __m512 leftValue = leftSeed.value;
-  __m512i last = leftSeed.column;
+  __m512i left = _mm512_add_epi32(lanes, _mm512_set1_epi32(first - leftSeed.column));
+  __m512i right = _mm512_sub_epi32(_mm512_set1_epi32(beyond - first), lanes);
   if (seeds != 0) {
-    // A seed's lane is the lowest four bits of its column.
-    const __mmask16 nextIsHere =
-        _mm512_cmplt_epi32_mask(next, _mm512_set1_epi32(first + kFillLanes));
-    rightValue = _mm512_mask_permutexvar_ps(rightValue, nextIsHere, next, cells);
-    const __m512i lastHere = lastSeeds16(seeds, columns);
-    const __mmask16 lastIsHere = _mm512_cmpge_epi32_mask(lastHere, _mm512_set1_epi32(first));
-    leftValue = _mm512_mask_permutexvar_ps(leftValue, lastIsHere, lastHere, cells);
-    last = _mm512_max_epi32(last, lastHere);
-    leftSeed = lastLane(last, leftValue);
+    const __m512i all = _mm512_set1_epi32(2 * seeds);
+    const __m512i fromHere = _mm512_sllv_epi32(_mm512_set1_epi32(-2), lanes);
+
+    const __m512i rightSeeds = _mm512_and_si512(all, fromHere);
+    const __mmask16 hasRight = _mm512_test_epi32_mask(rightSeeds, rightSeeds);
+    const __m512i lowest =
+        _mm512_and_si512(rightSeeds, _mm512_sub_epi32(_mm512_setzero_si512(), rightSeeds));
+    const __m512i next = highestBits(lowest);
+    right = _mm512_mask_sub_epi32(right, hasRight, next, biased);
+    rightValue = _mm512_mask_permutexvar_ps(rightValue, hasRight, next, cells);
+
+    const __m512i leftSeeds = _mm512_andnot_si512(_mm512_add_epi32(fromHere, fromHere), all);
+    const __mmask16 hasLeft = _mm512_test_epi32_mask(leftSeeds, leftSeeds);
+    const __m512i last = highestBits(leftSeeds);
+    left = _mm512_mask_sub_epi32(left, hasLeft, biased, last);
+    leftValue = _mm512_mask_permutexvar_ps(leftValue, hasLeft, last, cells);
+
+    const __m128 highest = _mm_cvtepi32_ps(_mm_cvtsi32_si128(2 * seeds));
+    const int lastHere = (_mm_cvtsi128_si32(_mm_castps_si128(highest)) >> 23) - kBias;
+    leftSeed = {first + lastHere, _mm512_permutexvar_ps(_mm512_set1_epi32(lastHere), cells)};
   }
-  const __m512i left = _mm512_sub_epi32(columns, last), right = _mm512_sub_epi32(next, columns);
   const __mmask16 takesRight = _mm512_cmple_epi32_mask(right, left);
   return {left, right, _mm512_mask_blend_ps(takesRight, leftValue, rightValue)};
 }
@@ -135,7 +133,7 @@ void fillFromBelow(const Row& row, std::uint32_t emptyMark) {
     __m256i* const stepsOut = reinterpret_cast<__m256i*>(row.steps + first);
     if (seeds == kAllLanes) {
       _mm256_storeu_si256(stepsOut, _mm256_setzero_si256());
-      leftSeed = lastLane(columnsFrom(first), cells);
+      leftSeed = lastLane(first, cells);
       continue;
     }
     const Nearest own = nearest16(row, first, seeds, cells, leftSeed);
@@ -170,7 +168,7 @@ void fillFromAll(const Row& row) {
     if (seeds == kAllLanes) {
       _mm512_storeu_si512(row.aboveKeys + first, one);
       _mm512_storeu_ps(row.aboveValues + first, cells);
-      leftSeed = lastLane(columnsFrom(first), cells);
+      leftSeed = lastLane(first, cells);
       continue;
     }
     const Nearest own = nearest16(row, first, seeds, cells, leftSeed);
