@@ -1,13 +1,21 @@
 // The exported depth background: values by hand, status codes, hostile inputs.
 #include <cmath>
 #include <cstring>
+#include <fstream>
 #include <limits>
 #include <vector>
 
 #include <gtest/gtest.h>
 
+#include "depth/background_scenes.h"
+#include "depth/plain_depth_background.h"
 #include "support/temp_dir.h"
 #include "velmorn64.h"
+
+#if defined(__linux__) && !defined(__SANITIZE_ADDRESS__)
+#include <sys/resource.h>
+#define VELMORN_MEMORY_CAN_BE_LIMITED
+#endif
 
 namespace velmorn {
 namespace {
@@ -207,6 +215,99 @@ TEST_F(DepthBackground, NegativeCountIsNoPoint) {
                                              &width, &height, 0, -3, kMaxGridSize),
             kOzkNoPointInRegion);
 }
+
+// The number that marks empty cells inside is a z like any other.
+TEST_F(DepthBackground, PointsMayHaveTheBitsOfTheEmptyMark) {
+  const std::uint32_t bits = 0xF2A9C35B;
+  float mark;
+  std::memcpy(&mark, &bits, sizeof mark);
+  region = {0, 0, 2, 0};
+  EXPECT_EQ(cellsOf({{0, 0, mark}, {2, 0, 1}, {2, 0, mark}}), (Cells{mark, mark, mark}));
+  keepHighest = 1;
+  EXPECT_EQ(cellsOf({{0, 0, mark}, {2, 0, 1}, {2, 0, mark}, {0, 0, kNan}}), (Cells{mark, 1, 1}));
+}
+
+TEST_F(DepthBackground, RandomScenesGiveThePlainBytes) {
+  background.resize(300 * 300);
+  maxGridSize = 300;
+  for (unsigned seed = 0; seed < 150; ++seed) {
+    std::mt19937 random(seed);
+    const int columns = 1 + static_cast<int>(random() % 150);
+    const int rows = 1 + static_cast<int>(random() % 150);
+    region = regionOf(columns, rows);
+    cellSize = seed % 2 ? 1.0F : 0.7F;
+    keepHighest = static_cast<int>(seed / 2 % 2);
+    const int cells = columns * rows;
+    const int counts[] = {1, 5, 1 + cells / 50, cells, 4 * cells};
+    Points points = scatteredPoints(counts[seed % 5], columns, rows, seed % 3 ? 0.0F : 2.0F, seed);
+    points.push_back({region.x2, region.y2, 77});
+    PlainBackground plain = plainBinnedCells(points, cellSize, region, keepHighest != 0);
+    plainFillSweeps(plain);
+    ASSERT_EQ(call(points), kOzkSuccess);
+    ASSERT_EQ(width, plain.width);
+    ASSERT_EQ(height, plain.height);
+    ASSERT_EQ(std::memcmp(background.data(), plain.cells.data(), 4 * plain.cells.size()), 0)
+        << "seed " << seed;
+  }
+}
+
+// Wider than the vector forms go.
+TEST_F(DepthBackground, LongGridsGiveThePlainBytes) {
+  constexpr int kLong = 70001;
+  for (const bool tall : {false, true}) {
+    region = tall ? regionOf(2, kLong) : regionOf(kLong, 2);
+    background.assign(2 * kLong, kForeign);
+    maxGridSize = kLong;
+    const Points points = scatteredPoints(900, tall ? 2 : kLong, tall ? kLong : 2, 0, 4);
+    PlainBackground plain = plainBinnedCells(points, 1, region, false);
+    plainFillSweeps(plain);
+    EXPECT_EQ(cellsOf(points), plain.cells);
+  }
+}
+
+// More bytes than there are addresses.
+TEST_F(DepthBackground, GridBeyondAllMemory) {
+  region = {0, 0, 2147483520.0F, 2147483520.0F};
+  maxGridSize = std::numeric_limits<int>::max();
+  EXPECT_EQ(call({{0, 0, 1}}), kOzkNoGridMemory);
+  EXPECT_EQ(width, 2147483521);
+  EXPECT_EQ(height, 2147483521);
+  EXPECT_EQ(background, Cells(background.size(), kForeign));
+}
+
+#if defined(VELMORN_MEMORY_CAN_BE_LIMITED)
+// Allows the process this many bytes beyond what it has, for the length of a test.
+class MemoryLimit {
+ public:
+  explicit MemoryLimit(rlim_t bytes) {
+    getrlimit(RLIMIT_AS, &before_);
+    std::ifstream sizes("/proc/self/statm");
+    rlim_t pages = 0;
+    sizes >> pages;
+    rlimit limit = before_;
+    limit.rlim_cur = 4096 * pages + bytes;
+    setrlimit(RLIMIT_AS, &limit);
+  }
+  ~MemoryLimit() { setrlimit(RLIMIT_AS, &before_); }
+
+ private:
+  rlimit before_;
+};
+
+TEST_F(DepthBackground, NoMemoryForTheGrid) {
+  maxGridSize = 40000;
+  for (const int side : {20000, 40000}) {
+    region = regionOf(side, side);
+    {
+      const MemoryLimit limit(100 << 20);
+      EXPECT_EQ(call({{0, 0, 1}}), kOzkNoGridMemory);
+    }
+    EXPECT_EQ(width, side);
+    EXPECT_EQ(height, side);
+    EXPECT_EQ(background, Cells(background.size(), kForeign));
+  }
+}
+#endif
 
 TEST_F(DepthBackground, NothingIsSaid) {
   const ConsoleCapture console;
