@@ -159,13 +159,25 @@ void fillDistanceTransform(benchmark::State& state) {
   }
 }
 
-// What the machine can do: reading the points once and writing the cells once; taking one value
-// after the other to random cells.
+// What the machine can do, each alone: write the cells, read and write them, read the points, add
+// to the points' cells one after the other.
 
 void limitWriteCells(benchmark::State& state) {
   const std::size_t side = static_cast<std::size_t>(state.range(1));
   std::vector<float> cells(side * side);
   for (auto _ : state) {
+    std::memset(cells.data(), static_cast<int>(state.iterations() & 1), 4 * cells.size());
+    benchmark::ClobberMemory();
+  }
+}
+
+void limitReadAndWriteCells(benchmark::State& state) {
+  const std::size_t side = static_cast<std::size_t>(state.range(1));
+  std::vector<std::uint32_t> cells(side * side);
+  for (auto _ : state) {
+    std::uint32_t all = 0;
+    for (const std::uint32_t cell : cells) all |= cell;
+    benchmark::DoNotOptimize(all);
     std::memset(cells.data(), static_cast<int>(state.iterations() & 1), 4 * cells.size());
     benchmark::ClobberMemory();
   }
@@ -216,6 +228,7 @@ BENCHMARK(dilatedWithoutTable)->Apply(wholeSizes);
 BENCHMARK(limitReadPoints)->Apply(wholeSizes);
 BENCHMARK(limitScatter)->Apply(wholeSizes);
 BENCHMARK(limitWriteCells)->Apply(wholeSizes);
+BENCHMARK(limitReadAndWriteCells)->Apply(fillSizes);
 BENCHMARK(fillShipped)->Apply(fillSizes);
 BENCHMARK(fillAvx2)->Apply(fillSizes);
 BENCHMARK(fillPlainForm)->Apply(fillSizes);

@@ -44,11 +44,11 @@ struct FillKernels {
   // Whether any of the width cells is not emptyMark.
   bool (*hasSeed)(const float* cells, int width, std::uint32_t emptyMark);
   // Upward pass, rows with seeds: writes steps, and the values of cells that are emptyMark.
-  void (*fillFromBelow)(const Row& row, std::uint32_t emptyMark);
+  void (*fillFromBelow)(Row row, std::uint32_t emptyMark);
   // Downward pass, rows with seeds: takes the row into keys and values, writes the final cells.
-  void (*fillFromAll)(const Row& row);
+  void (*fillFromAll)(Row row);
   // Downward pass, rows without: writes the final cells.
-  void (*fillBetween)(const Row& row);
+  void (*fillBetween)(Row row);
 };
 
 // Grids whose width + height is at most kMostShortSteps need no step beyond 16 bits. Larger ones

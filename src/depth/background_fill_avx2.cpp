@@ -179,7 +179,7 @@ __m256i stepsBelow(const Row& row, int first) {
                           _mm256_set1_epi32(row.belowGap));
 }
 
-void fillFromBelow(const Row& row, std::uint32_t emptyMark) {
+void fillFromBelow(Row row, std::uint32_t emptyMark) {
   const __m256i mark = _mm256_set1_epi32(static_cast<int>(emptyMark));
   const auto seedsAt = [&](int first) { return markSeeds(row, first, mark); };
   findNextSeeds(row, seedsAt);
@@ -208,7 +208,7 @@ void writeCells(const Row& row, int first, __m256i aboveKeys, __m256 aboveValues
   storeCells(row.cells, row.width, first, select(takesBelow, belowCells, aboveValues));
 }
 
-void fillFromAll(const Row& row) {
+void fillFromAll(Row row) {
   const __m256i gap = _mm256_set1_epi32(2 * row.aboveGap), one = _mm256_set1_epi32(1);
   const auto seedsAt = [&](int first) { return stepSeeds(row, first); };
   findNextSeeds(row, seedsAt);
@@ -237,7 +237,7 @@ void fillFromAll(const Row& row) {
   }
 }
 
-void fillBetween(const Row& row) {
+void fillBetween(Row row) {
   const __m256i gap = _mm256_set1_epi32(2 * row.aboveGap);
   for (int first = 0; first < row.width; first += kLanes)
     writeCells(row, first, _mm256_add_epi32(loadInts(row.aboveKeys + first), gap),

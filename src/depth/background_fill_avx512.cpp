@@ -19,6 +19,14 @@ __mmask16 lanesOf(int width, int first) {
   return left >= kFillLanes ? kAllLanes : static_cast<__mmask16>((1 << left) - 1);
 }
 
+// Sixteen columns after the other. Known to be whole but for the last ones, they need no masks.
+template <typename Step>
+void forEachSixteen(int width, Step step) {
+  int first = 0;
+  for (; first <= width - kFillLanes; first += kFillLanes) step(first, kAllLanes);
+  if (first < width) step(first, lanesOf(width, first));
+}
+
 __m512i laneNumbers() {
   return _mm512_setr_epi32(0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15);
 }
@@ -38,9 +46,10 @@ __mmask16 stepSeeds(const std::uint16_t* steps, __mmask16 lanes) {
 
 bool hasSeed(const float* cells, int width, std::uint32_t emptyMark) {
   const __m512i mark = _mm512_set1_epi32(static_cast<int>(emptyMark));
-  for (int first = 0; first < width; first += kFillLanes)
-    if (markSeeds(cells + first, lanesOf(width, first), mark) != 0) return true;
-  return false;
+  int first = 0;
+  for (; first <= width - kFillLanes; first += kFillLanes)
+    if (markSeeds(cells + first, kAllLanes, mark) != 0) return true;
+  return first < width && markSeeds(cells + first, lanesOf(width, first), mark) != 0;
 }
 
 // The number of the highest bit is the exponent of the mask as a float. Seeds are shifted up by one
@@ -119,7 +128,7 @@ Nearest nearest16(const Row& row, int first, __mmask16 seeds, __m512 cells, Left
   return {left, right, _mm512_mask_blend_ps(takesRight, leftValue, rightValue)};
 }
 
-void fillFromBelow(const Row& row, std::uint32_t emptyMark) {
+void fillFromBelow(Row row, std::uint32_t emptyMark) {
   const __m512i mark = _mm512_set1_epi32(static_cast<int>(emptyMark));
   const __m512i gap = _mm512_set1_epi32(row.belowGap);
   const auto seedsAt = [&](int first, __mmask16 lanes) {
@@ -127,14 +136,14 @@ void fillFromBelow(const Row& row, std::uint32_t emptyMark) {
   };
   findNextSeeds(row.width, seedsAt, row.nextSeed);
   LeftSeed leftSeed;
-  for (int first = 0; first < row.width; first += kFillLanes) {
-    const __mmask16 lanes = lanesOf(row.width, first), seeds = seedsAt(first, lanes);
+  forEachSixteen(row.width, [&](int first, __mmask16 lanes) {
+    const __mmask16 seeds = seedsAt(first, lanes);
     const __m512 cells = _mm512_maskz_loadu_ps(lanes, row.cells + first);
     __m256i* const stepsOut = reinterpret_cast<__m256i*>(row.steps + first);
     if (seeds == kAllLanes) {
       _mm256_storeu_si256(stepsOut, _mm256_setzero_si256());
       leftSeed = lastLane(first, cells);
-      continue;
+      return;
     }
     const Nearest own = nearest16(row, first, seeds, cells, leftSeed);
     const __m512i ownSteps = _mm512_min_epi32(own.left, own.right);
@@ -143,7 +152,7 @@ void fillFromBelow(const Row& row, std::uint32_t emptyMark) {
     _mm256_storeu_si256(stepsOut, _mm512_cvtepi32_epi16(_mm512_min_epi32(below, ownSteps)));
     const __m512 values = _mm512_mask_loadu_ps(own.value, takesBelow, row.belowCells + first);
     _mm512_mask_storeu_ps(row.cells + first, lanes, values);
-  }
+  });
 }
 
 void writeCells(const Row& row, int first, __mmask16 lanes, __m512i aboveKeys, __m512 aboveValues) {
@@ -155,21 +164,21 @@ void writeCells(const Row& row, int first, __mmask16 lanes, __m512i aboveKeys, _
   _mm512_mask_storeu_ps(row.cells + first, lanes, values);
 }
 
-void fillFromAll(const Row& row) {
+void fillFromAll(Row row) {
   const __m512i gap = _mm512_set1_epi32(2 * row.aboveGap), one = _mm512_set1_epi32(1);
   const auto seedsAt = [&](int first, __mmask16 lanes) {
     return stepSeeds(row.steps + first, lanes);
   };
   findNextSeeds(row.width, seedsAt, row.nextSeed);
   LeftSeed leftSeed;
-  for (int first = 0; first < row.width; first += kFillLanes) {
-    const __mmask16 lanes = lanesOf(row.width, first), seeds = seedsAt(first, lanes);
+  forEachSixteen(row.width, [&](int first, __mmask16 lanes) {
+    const __mmask16 seeds = seedsAt(first, lanes);
     const __m512 cells = _mm512_maskz_loadu_ps(lanes, row.cells + first);
     if (seeds == kAllLanes) {
       _mm512_storeu_si512(row.aboveKeys + first, one);
       _mm512_storeu_ps(row.aboveValues + first, cells);
       leftSeed = lastLane(first, cells);
-      continue;
+      return;
     }
     const Nearest own = nearest16(row, first, seeds, cells, leftSeed);
     // A seed itself counts as not to the right.
@@ -184,15 +193,15 @@ void fillFromAll(const Row& row) {
     _mm512_storeu_si512(row.aboveKeys + first, keys);
     _mm512_storeu_ps(row.aboveValues + first, values);
     writeCells(row, first, lanes, keys, values);
-  }
+  });
 }
 
-void fillBetween(const Row& row) {
+void fillBetween(Row row) {
   const __m512i gap = _mm512_set1_epi32(2 * row.aboveGap);
-  for (int first = 0; first < row.width; first += kFillLanes)
-    writeCells(row, first, lanesOf(row.width, first),
-               _mm512_add_epi32(_mm512_loadu_si512(row.aboveKeys + first), gap),
+  forEachSixteen(row.width, [&](int first, __mmask16 lanes) {
+    writeCells(row, first, lanes, _mm512_add_epi32(_mm512_loadu_si512(row.aboveKeys + first), gap),
                _mm512_loadu_ps(row.aboveValues + first));
+  });
 }
 
 } // namespace

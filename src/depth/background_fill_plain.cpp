@@ -48,7 +48,7 @@ Nearest<Key> nearest(int column, int leftSeed, int rightSeed) {
 }
 
 template <typename Steps, typename Key>
-void fillFromBelow(const FillRow<Steps, Key>& row, std::uint32_t emptyMark) {
+void fillFromBelow(FillRow<Steps, Key> row, std::uint32_t emptyMark) {
   const auto isSeedAt = [&](int column) { return isSeed(row.cells[column], emptyMark); };
   findNextSeeds(row.width, isSeedAt, row.nextSeed);
   int leftSeed = kNoSeed;
@@ -70,7 +70,7 @@ void writeCell(const FillRow<Steps, Key>& row, int column, Key aboveKey) {
 }
 
 template <typename Steps, typename Key>
-void fillFromAll(const FillRow<Steps, Key>& row) {
+void fillFromAll(FillRow<Steps, Key> row) {
   findNextSeeds(
       row.width, [&](int column) { return row.steps[column] == 0; }, row.nextSeed);
   int leftSeed = kNoSeed;
@@ -85,7 +85,7 @@ void fillFromAll(const FillRow<Steps, Key>& row) {
 }
 
 template <typename Steps, typename Key>
-void fillBetween(const FillRow<Steps, Key>& row) {
+void fillBetween(FillRow<Steps, Key> row) {
   for (int column = 0; column < row.width; ++column)
     writeCell(row, column, row.aboveKeys[column] + 2 * row.aboveGap);
 }

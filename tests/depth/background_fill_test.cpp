@@ -160,9 +160,9 @@ TEST(BackgroundFill, ValuesAreCopied) {
 TEST(BackgroundFill, LongestDistanceOfShortSteps) {
   constexpr int kLong = static_cast<int>(kMostShortSteps) - 1;
   for (const bool tall : {false, true}) {
-    for (const std::size_t at : {0, kLong - 1}) {
+    for (const int at : {0, kLong - 1}) {
       std::vector<float> cells(kLong, ofBits(kEmptyMark));
-      cells[at] = 7;
+      cells[static_cast<std::size_t>(at)] = 7;
       for (const Filled& filled : fillByAllForms(tall ? 1 : kLong, tall ? kLong : 1, cells))
         EXPECT_EQ(filled.cells, std::vector<float>(kLong, 7)) << filled.form << ", " << tall;
     }
