@@ -73,9 +73,13 @@ __m128 better(__m128 cell, __m128 z) {
   return keepHighest ? _mm_max_ss(z, cell) : _mm_min_ss(z, cell);
 }
 
+// Fetches as many of the upcoming points along the way: taking waits for the cells, locating for
+// the points.
 template <bool keepHighest>
-void takeBatch(const Batch& batch, __m128i emptyMark, float* cells) {
+void takeBatch(const Batch& batch, const tagOzKPoint3Df32* upcoming, __m128i emptyMark,
+               float* cells) {
   for (int i = 0; i < batch.n; ++i) {
+    _mm_prefetch(reinterpret_cast<const char*>(upcoming + i), _MM_HINT_T0);
     float* const cell = cells + batch.cells[i];
     const __m128 z = _mm_load_ss(batch.z + i), old = _mm_load_ss(cell);
     const __m128 isEmpty = _mm_castsi128_ps(_mm_cmpeq_epi32(_mm_castps_si128(old), emptyMark));
@@ -93,7 +97,7 @@ bool binWith(const tagOzKPoint3Df32* points, int n, const BinGrid& grid, std::ui
   int i = 0;
   while (i <= n - kLanes) {
     batch.n = 0;
-    const int end = n - i > kBatch ? i + kBatch : n;
+    const int start = i, end = n - i > kBatch ? i + kBatch : n;
     for (; i <= end - kLanes; i += kLanes) {
       const SixteenPoints p = load16(points + i);
       const __mmask16 m = locator.inside(p);
@@ -103,7 +107,9 @@ bool binWith(const tagOzKPoint3Df32* points, int n, const BinGrid& grid, std::ui
       _mm512_storeu_ps(batch.z + batch.n, _mm512_maskz_compress_ps(m, p.z));
       batch.n += _mm_popcnt_u32(m);
     }
-    takeBatch<keepHighest>(batch, _mm512_castsi512_si128(mark), cells);
+    // Near the end there are too few; the batch's own do no harm.
+    const tagOzKPoint3Df32* const upcoming = points + (n - i >= kBatch ? i : start);
+    takeBatch<keepHighest>(batch, upcoming, _mm512_castsi512_si128(mark), cells);
   }
   const bool restIsUnmarked =
       plainBinPoints(points + i, n - i, grid, keepHighest, emptyMark, cells);

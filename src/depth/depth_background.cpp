@@ -61,6 +61,7 @@ int bulidBackground(Scene scene, const tagOzKRect2Df32* region, float* backgroun
   if (width > maxGridSize || height > maxGridSize) return kOzkGridTooLarge;
   // Written so that NaN fails too.
   if (!(width >= 1) || !(height >= 1)) return kOzkGridEmpty;
+  scene.pointCount = std::max(scene.pointCount, 0);
   scene.grid.region = *region;
   scene.grid.width = *gridWidth = static_cast<int>(width);
   scene.height = *gridHeight = static_cast<int>(height);

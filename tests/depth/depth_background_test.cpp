@@ -211,9 +211,10 @@ TEST_F(DepthBackground, NoPointInTheRegionLeavesZeros) {
 }
 
 TEST_F(DepthBackground, NegativeCountIsNoPoint) {
-  EXPECT_EQ(bulidDepthBackgroundByPointCloud(nullptr, -3, cellSize, &region, background.data(),
-                                             &width, &height, 0, -3, kMaxGridSize),
-            kOzkNoPointInRegion);
+  for (const int count : {-3, std::numeric_limits<int>::min()})
+    EXPECT_EQ(bulidDepthBackgroundByPointCloud(nullptr, count, cellSize, &region, background.data(),
+                                               &width, &height, 0, count, kMaxGridSize),
+              kOzkNoPointInRegion);
 }
 
 // The number that marks empty cells inside is a z like any other.
