@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <cstring>
 #include <functional>
 #include <optional>
 #include <vector>
@@ -13,6 +14,12 @@
 
 namespace velmorn {
 namespace {
+
+constexpr std::size_t kColorBytes = 3; // of a pixel and of a cell
+
+// Samples that are listed before the grid is looked at.
+constexpr int kStretch = 512;
+static_assert(kStretch <= kMostListed);
 
 using Matrices = std::vector<cv::Mat>;
 
@@ -62,9 +69,32 @@ struct Projection {
   std::vector<CameraFactors> cameras;
   std::vector<float> columnFactors; // of one camera at a time
   AerialGrid grid;
-  std::vector<std::uint16_t> nearest;
-  cv::Mat image; // the output itself where it can be written in place
+  std::vector<std::uint16_t> nearest; // the cells' depths so far
+  cv::Mat image;                      // the output itself where it can be written in place
 };
+
+// firstFromCam is null for the first camera.
+CameraFactors cameraFactors(const tagOzKCamIntrinsic& intrinsic,
+                            const tagOzKCamExtrinsic* firstFromCam) {
+  const double* m = intrinsic.matrix;
+  CameraFactors camera{};
+  camera.ifx = static_cast<float>(1 / m[0]);
+  camera.ify = static_cast<float>(1 / m[4]);
+  camera.cx = static_cast<float>(m[2]);
+  camera.cy = static_cast<float>(m[5]);
+  camera.isFirst = firstFromCam == nullptr;
+  if (camera.isFirst) return camera;
+  const double* e = firstFromCam->data;
+  camera.r00 = static_cast<float>(e[0]);
+  camera.r01 = static_cast<float>(e[1]);
+  camera.r02 = static_cast<float>(e[2]);
+  camera.t0 = static_cast<float>(e[3]);
+  camera.r10 = static_cast<float>(e[4]);
+  camera.r11 = static_cast<float>(e[5]);
+  camera.r12 = static_cast<float>(e[6]);
+  camera.t1 = static_cast<float>(e[7]);
+  return camera;
+}
 
 Projection prepare(Matrices depths, Matrices colors, const tagOzKCamIntrinsic* intrinsics,
                    const tagOzKCamExtrinsic* extrinsics, const tagOzKRect2Df32& region,
@@ -90,18 +120,59 @@ Projection prepare(Matrices depths, Matrices colors, const tagOzKCamIntrinsic* i
   return p;
 }
 
-void projectCamera(Projection& p, std::size_t k) {
-  const cv::Mat& depth = p.depths[k];
-  const CameraFactors& camera = p.cameras[k];
-  fillColumnFactors(camera, depth.cols, p.columnFactors.data());
-  for (int v = 0; v < depth.rows; ++v) {
-    const DepthRow row{depth.ptr<std::uint16_t>(v), p.columnFactors.data(), depth.cols,
-                       rowFactor(camera, v)};
-    if (p.colors.empty())
-      projectRow(row, camera, p.grid, p.nearest.data());
-    else
-      projectColorRow(row, p.colors[k].ptr(v), camera, p.grid, p.nearest.data(), p.image.ptr());
+// Written without branches: which sample wins is as good as random.
+void takeNearest(const Listed* samples, const std::int32_t* cells, int n, std::uint16_t* nearest) {
+  for (int i = 0; i < n; ++i) {
+    const auto d = static_cast<std::uint16_t>(samples[i] >> 16);
+    std::uint16_t& cell = nearest[cells[i]];
+    cell = std::min(cell, d);
   }
+}
+
+// The same with the colours of the stretch's pixels. A sample that does not win writes the cell's
+// own colour again.
+void takeNearestColor(const Listed* samples, const std::int32_t* cells, int n,
+                      const unsigned char* color, std::uint16_t* nearest, unsigned char* image) {
+  for (int i = 0; i < n; ++i) {
+    const auto d = static_cast<std::uint16_t>(samples[i] >> 16);
+    std::uint16_t& cell = nearest[cells[i]];
+    unsigned char* shown = image + kColorBytes * static_cast<std::size_t>(cells[i]);
+    const unsigned char* pixel = color + kColorBytes * (samples[i] & 0xFFFFU);
+    const unsigned char* source = d < cell ? pixel : shown;
+    cell = std::min(cell, d);
+    std::uint16_t first;
+    std::memcpy(&first, source, 2);
+    const unsigned char third = source[2];
+    std::memcpy(shown, &first, 2);
+    shown[2] = third;
+  }
+}
+
+void projectRow(const AerialKernels& kernels, Projection& p, std::size_t k, int v) {
+  const CameraFactors& camera = p.cameras[k];
+  const auto* depth = p.depths[k].ptr<std::uint16_t>(v);
+  const float rowFactor = (static_cast<float>(v) - camera.cy) * camera.ify;
+  Listed samples[kStretch + kListSlack];
+  std::int32_t cells[kStretch + kListSlack];
+  const int width = p.depths[k].cols;
+  for (int u = 0; u < width; u += kStretch) {
+    const DepthStretch stretch{depth + u, p.columnFactors.data() + u, std::min(kStretch, width - u),
+                               rowFactor};
+    const int n = kernels.listSamples(stretch, camera, p.grid, samples, cells);
+    if (p.colors.empty())
+      takeNearest(samples, cells, n, p.nearest.data());
+    else
+      takeNearestColor(samples, cells, n,
+                       p.colors[k].ptr(v) + kColorBytes * static_cast<std::size_t>(u),
+                       p.nearest.data(), p.image.ptr());
+  }
+}
+
+void projectCamera(const AerialKernels& kernels, Projection& p, std::size_t k) {
+  const CameraFactors& camera = p.cameras[k];
+  for (int u = 0; u < p.depths[k].cols; ++u)
+    p.columnFactors[static_cast<std::size_t>(u)] = (static_cast<float>(u) - camera.cx) * camera.ifx;
+  for (int v = 0; v < p.depths[k].rows; ++v) projectRow(kernels, p, k, v);
 }
 
 // Hands the image over; a matrix that fits already keeps its place in memory.
@@ -125,7 +196,8 @@ int project(Matrices depths, Matrices colors, const tagOzKCamIntrinsic* intrinsi
                          resolution, *size, aerialImage);
   const bool isColored = !p.colors.empty();
   if (isColored) p.image.setTo(cv::Scalar::all(0));
-  for (std::size_t k = 0; k < p.cameras.size(); ++k) projectCamera(p, k);
+  static const AerialKernels& kernels = aerialKernels(supportedVectorLevel());
+  for (std::size_t k = 0; k < p.cameras.size(); ++k) projectCamera(kernels, p, k);
   // Without memory for the colours the image stays black; that is no failure.
   if (!isColored && renderDepthFalseColor(p.nearest.data(), size->width, size->height,
                                           p.image.ptr()) != kOzkSuccess)

@@ -4,9 +4,11 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 #include <memory>
 #include <new>
 
+#include "depth/aerial_kernels.h"
 #include "velmorn64.h"
 
 namespace velmorn {
@@ -14,42 +16,81 @@ namespace {
 
 constexpr int kDepths = kEmptyCell; // depths that a cell can have, 0 to 65534
 
-// e of every depth.
-void equalise(const std::uint32_t* counts, std::uint32_t total, unsigned char* e) {
-  std::uint32_t sum = 0;
-  for (int i = 0; i < kDepths; ++i) {
-    sum += counts[i];
-    e[i] = static_cast<unsigned char>(sum * 255U / total); // wraps around, hosts see it so
+// Cells that are listed at a time.
+constexpr int kBlock = 2048;
+static_assert(kBlock <= kMostListed);
+
+// Calls `use` with the covered cells of every block: the list, its length, the block's first cell.
+template <typename Use>
+void forEachBlock(const unsigned short* depth, std::size_t cells, const Use& use) {
+  static const AerialKernels& kernels = aerialKernels(supportedVectorLevel());
+  Listed covered[kBlock + kListSlack];
+  for (std::size_t first = 0; first < cells; first += kBlock) {
+    const int size = static_cast<int>(std::min<std::size_t>(kBlock, cells - first));
+    use(covered, kernels.listCovered(depth + first, size, covered), first, size);
   }
 }
 
-void colour(unsigned e, unsigned char* cell) {
-  cell[0] = static_cast<unsigned char>(e);
-  cell[1] = static_cast<unsigned char>(2 * std::min(e, 255 - e));
-  cell[2] = static_cast<unsigned char>(255 - e);
+// Neighbours often have the same depth; two tables in turn spare most of the waiting for a count
+// that was just written.
+struct Counts {
+  std::uint32_t even[kDepths + 1], odd[kDepths + 1];
+};
+
+std::uint32_t count(const unsigned short* depth, std::size_t cells, Counts& counts) {
+  std::uint32_t total = 0;
+  forEachBlock(depth, cells, [&](const Listed* covered, int n, std::size_t, int) {
+    for (int i = 0; i + 1 < n; i += 2) {
+      ++counts.even[covered[i] >> 16];
+      ++counts.odd[covered[i + 1] >> 16];
+    }
+    if (n % 2 != 0) ++counts.even[covered[n - 1] >> 16];
+    total += static_cast<std::uint32_t>(n);
+  });
+  return total;
+}
+
+// A cell's three bytes, lowest first; the fourth is 0.
+std::uint32_t colour(std::uint32_t e) {
+  return e | 2 * std::min(e, 255 - e) << 8 | (255 - e) << 16;
+}
+
+// The colour of every depth that occurs, in place of its even count.
+void equalise(Counts& counts, std::uint32_t total) {
+  std::uint32_t sum = 0;
+  for (int i = 0; i < kDepths; ++i) {
+    const std::uint32_t n = counts.even[i] + counts.odd[i];
+    if (n == 0) continue;
+    sum += n;
+    counts.even[i] = colour(sum * 255U / total & 255U); // wraps around, hosts see it so
+  }
+}
+
+// Four bytes at a time: the fourth is the next cell's first, which is 0 or written afterwards. The
+// very last cell gets three.
+void paint(const unsigned short* depth, std::size_t cells, const std::uint32_t* colors,
+           unsigned char* output) {
+  forEachBlock(depth, cells, [&](const Listed* covered, int n, std::size_t first, int size) {
+    unsigned char* block = output + 3 * first;
+    std::memset(block, 0, 3 * static_cast<std::size_t>(size));
+    const bool hasLast = n > 0 && first + (covered[n - 1] & 0xFFFFU) + 1 == cells;
+    const int inner = hasLast ? n - 1 : n;
+    for (int i = 0; i < inner; ++i)
+      std::memcpy(block + 3 * (covered[i] & 0xFFFFU), &colors[covered[i] >> 16], 4);
+    if (hasLast) std::memcpy(output + 3 * (cells - 1), &colors[covered[n - 1] >> 16], 3);
+  });
 }
 
 } // namespace
 
 int renderDepthFalseColor(const unsigned short* depth, int width, int height,
                           unsigned char* output) {
-  const std::unique_ptr<std::uint32_t[]> counts(new (std::nothrow) std::uint32_t[kDepths]());
-  const std::unique_ptr<unsigned char[]> e(new (std::nothrow) unsigned char[kDepths]);
-  if (!counts || !e) return kOzkComputationFailed;
-
+  const std::unique_ptr<Counts> counts(new (std::nothrow) Counts());
+  if (!counts) return kOzkComputationFailed;
   const std::size_t cells = static_cast<std::size_t>(width) * static_cast<std::size_t>(height);
-  std::uint32_t total = 0;
-  for (std::size_t i = 0; i < cells; ++i) {
-    if (depth[i] == kEmptyCell) continue;
-    ++counts[depth[i]];
-    ++total;
-  }
-  std::fill(output, output + 3 * cells, static_cast<unsigned char>(0));
-  if (total == 0) return kOzkSuccess;
-
-  equalise(counts.get(), total, e.get());
-  for (std::size_t i = 0; i < cells; ++i)
-    if (depth[i] != kEmptyCell) colour(e[depth[i]], output + 3 * i);
+  const std::uint32_t total = count(depth, cells, *counts);
+  if (total > 0) equalise(*counts, total);
+  paint(depth, cells, counts->even, output);
   return kOzkSuccess;
 }
 

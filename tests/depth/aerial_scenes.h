@@ -48,11 +48,15 @@ inline AerialScene floorScene(int cameraCount, int width, int height, double mis
       for (int u = 0; u < width; ++u) {
         const bool isBox = (u * 8 / width + v * 6 / height) % 3 == 0;
         const double d = (isBox ? 1000 : 1300) + 120.0 * u / width + 3 * share(random);
-        depth.at<std::uint16_t>(v, u) = static_cast<std::uint16_t>(share(random) < missing ? 0 : d);
+        depth.at<std::uint16_t>(v, u) = static_cast<std::uint16_t>(d);
         color.at<cv::Vec3b>(v, u) =
             cv::Vec3b(static_cast<unsigned char>(u), static_cast<unsigned char>(v),
                       static_cast<unsigned char>(random()));
       }
+    for (int v = 0; v < height; v += 4)
+      for (int u = 0; u < width; u += 8)
+        if (share(random) < missing)
+          depth(cv::Rect(u, v, 8, 4) & cv::Rect(0, 0, width, height)).setTo(0);
     scene.depths.push_back(depth);
     scene.colors.push_back(color);
     scene.intrinsics.push_back(intrinsicOf(focal, 0.49 * width, focal, 0.51 * height));

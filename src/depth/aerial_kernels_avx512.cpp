@@ -1,0 +1,136 @@
+// The aerial view's searches for processors with AVX-512: sixteen samples or cells at once.
+#include <immintrin.h>
+
+#include "depth/aerial_kernels.h"
+#include "depth/depth_false_color.h"
+
+namespace velmorn {
+namespace {
+
+struct VectorGrid {
+  __m512 x1, y1, x2, y2, resolution;
+  __m512i width;
+
+  explicit VectorGrid(const AerialGrid& grid)
+      : x1(_mm512_set1_ps(grid.region.x1)),
+        y1(_mm512_set1_ps(grid.region.y1)),
+        x2(_mm512_set1_ps(grid.region.x2)),
+        y2(_mm512_set1_ps(grid.region.y2)),
+        resolution(_mm512_set1_ps(grid.resolution)),
+        width(_mm512_set1_epi32(grid.width)) {}
+};
+
+struct Points {
+  __m512 x, y;
+};
+
+// One row of firstFromCam times the points (x, y, d).
+struct VectorRow {
+  __m512 rx, ry, rz, t;
+
+  VectorRow(float x, float y, float z, float shift)
+      : rx(_mm512_set1_ps(x)),
+        ry(_mm512_set1_ps(y)),
+        rz(_mm512_set1_ps(z)),
+        t(_mm512_set1_ps(shift)) {}
+
+  __m512 times(const Points& p, __m512 d) const {
+    const __m512 xy = _mm512_add_ps(_mm512_mul_ps(rx, p.x), _mm512_mul_ps(ry, p.y));
+    return _mm512_add_ps(_mm512_add_ps(xy, _mm512_mul_ps(rz, d)), t);
+  }
+};
+
+// Bit i is set for a point inside; false for NaN.
+__mmask16 insideGrid(const Points& p, const VectorGrid& grid, __mmask16 of) {
+  of = _mm512_mask_cmp_ps_mask(of, grid.x1, p.x, _CMP_LT_OQ);
+  of = _mm512_mask_cmp_ps_mask(of, p.x, grid.x2, _CMP_LT_OQ);
+  of = _mm512_mask_cmp_ps_mask(of, grid.y1, p.y, _CMP_LT_OQ);
+  return _mm512_mask_cmp_ps_mask(of, p.y, grid.y2, _CMP_LT_OQ);
+}
+
+__m512i cellsOf(const Points& p, const VectorGrid& grid) {
+  const __m512 column = _mm512_div_ps(_mm512_sub_ps(p.x, grid.x1), grid.resolution);
+  const __m512 row = _mm512_div_ps(_mm512_sub_ps(p.y, grid.y1), grid.resolution);
+  return _mm512_add_epi32(_mm512_mullo_epi32(_mm512_cvttps_epi32(row), grid.width),
+                          _mm512_cvttps_epi32(column));
+}
+
+// Leaves in the first element of every run of equal cells the run's least sample: the nearest, and
+// of equals the first, as the offset is in the lower half. `joined` has bit i set where i and i + 1
+// are of one run. After the step of s elements an element stands for up to 2 s of its run.
+__m512i leastOfRuns(__m512i samples, unsigned joined) {
+  const auto least = [&](unsigned with, __m512i later) {
+    samples = _mm512_mask_min_epu32(samples, static_cast<__mmask16>(with), samples, later);
+  };
+  least(joined, _mm512_alignr_epi32(samples, samples, 1));
+  joined &= joined >> 1;
+  least(joined, _mm512_alignr_epi32(samples, samples, 2));
+  joined &= joined >> 2;
+  least(joined, _mm512_alignr_epi32(samples, samples, 4));
+  joined &= joined >> 4;
+  least(joined, _mm512_alignr_epi32(samples, samples, 8));
+  return samples;
+}
+
+int listSamples(const DepthStretch& stretch, const CameraFactors& camera, const AerialGrid& grid,
+                Listed* samples, std::int32_t* cells) {
+  const VectorGrid vectorGrid(grid);
+  const VectorRow rowX(camera.r00, camera.r01, camera.r02, camera.t0);
+  const VectorRow rowY(camera.r10, camera.r11, camera.r12, camera.t1);
+  const __m512 rowFactor = _mm512_set1_ps(stretch.rowFactor);
+  const __m512i lanes = _mm512_setr_epi32(0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15);
+
+  int length = 0;
+  for (int i = 0; i < stretch.n; i += 16) {
+    const int rest = stretch.n - i;
+    const auto part = static_cast<__mmask16>(rest < 16 ? (1U << rest) - 1 : 0xFFFFU);
+    const __m512i depth = _mm512_cvtepu16_epi32(_mm256_maskz_loadu_epi16(part, stretch.depth + i));
+    const __m512 d = _mm512_cvtepi32_ps(depth);
+    const __m512 factors = _mm512_maskz_loadu_ps(part, stretch.columnFactors + i);
+    Points p{_mm512_mul_ps(factors, d), _mm512_mul_ps(rowFactor, d)};
+    if (!camera.isFirst) p = {rowX.times(p, d), rowY.times(p, d)};
+    const __mmask16 inside =
+        insideGrid(p, vectorGrid, _mm512_test_epi32_mask(depth, depth)); // rests have depth 0
+
+    // Samples outside have the cell -1, so that they separate runs.
+    const __m512i cell =
+        _mm512_mask_mov_epi32(_mm512_set1_epi32(-1), inside, cellsOf(p, vectorGrid));
+    const unsigned joined =
+        _mm512_cmpeq_epi32_mask(cell, _mm512_alignr_epi32(cell, cell, 1)) & 0x7FFFU;
+    __m512i sample = _mm512_or_si512(_mm512_slli_epi32(depth, 16),
+                                     _mm512_add_epi32(lanes, _mm512_set1_epi32(i)));
+    if (joined != 0) sample = leastOfRuns(sample, joined);
+
+    const auto firsts = static_cast<__mmask16>(inside & ~(joined << 1));
+    _mm512_storeu_si512(samples + length, _mm512_maskz_compress_epi32(firsts, sample));
+    _mm512_storeu_si512(cells + length, _mm512_maskz_compress_epi32(firsts, cell));
+    length += __builtin_popcount(firsts);
+  }
+  return length;
+}
+
+int listCovered(const std::uint16_t* depth, int n, Listed* covered) {
+  const __m512i lanes = _mm512_setr_epi32(0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15);
+  const __m512i empty = _mm512_set1_epi32(kEmptyCell);
+  int length = 0;
+  for (int i = 0; i < n; i += 16) {
+    const int rest = n - i;
+    const auto part = static_cast<__mmask16>(rest < 16 ? (1U << rest) - 1 : 0xFFFFU);
+    const __m512i cell = _mm512_cvtepu16_epi32(_mm256_maskz_loadu_epi16(part, depth + i));
+    const __mmask16 hasDepth = _mm512_mask_cmpneq_epi32_mask(part, cell, empty);
+    const __m512i element =
+        _mm512_or_si512(_mm512_slli_epi32(cell, 16), _mm512_add_epi32(lanes, _mm512_set1_epi32(i)));
+    _mm512_storeu_si512(covered + length, _mm512_maskz_compress_epi32(hasDepth, element));
+    length += __builtin_popcount(hasDepth);
+  }
+  return length;
+}
+
+} // namespace
+
+const AerialKernels& avx512AerialKernels() {
+  static const AerialKernels kernels{listSamples, listCovered};
+  return kernels;
+}
+
+} // namespace velmorn
