@@ -45,6 +45,10 @@ using Listed = std::uint32_t;
 constexpr Listed listed(std::uint16_t depth, int offset) {
   return static_cast<Listed>(depth) << 16 | static_cast<Listed>(offset);
 }
+constexpr std::uint16_t depthOf(Listed element) {
+  return static_cast<std::uint16_t>(element >> 16);
+}
+constexpr std::uint32_t offsetOf(Listed element) { return element & 0xFFFFU; }
 
 // Lists the samples that have a depth and fall into the grid, in their order, and their cells. Of
 // neighbours in this order with the same cell a form may leave out all but the one that wins among

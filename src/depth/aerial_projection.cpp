@@ -3,23 +3,18 @@
 
 #include <algorithm>
 #include <cstdint>
-#include <cstring>
 #include <functional>
+#include <memory>
 #include <optional>
 #include <vector>
 
+#include "depth/aerial_cells.h"
 #include "depth/aerial_kernels.h"
 #include "depth/depth_false_color.h"
 #include "depth/grid_size.h"
 
 namespace velmorn {
 namespace {
-
-constexpr std::size_t kColorBytes = 3; // of a pixel and of a cell
-
-// Samples that are listed before the grid is looked at.
-constexpr int kStretch = 512;
-static_assert(kStretch <= kMostListed);
 
 using Matrices = std::vector<cv::Mat>;
 
@@ -69,8 +64,8 @@ struct Projection {
   std::vector<CameraFactors> cameras;
   std::vector<float> columnFactors; // of one camera at a time
   AerialGrid grid;
-  std::vector<std::uint16_t> nearest; // the cells' depths so far
-  cv::Mat image;                      // the output itself where it can be written in place
+  std::unique_ptr<std::uint16_t[]> nearest; // the cells' depths so far
+  cv::Mat image;                            // the output itself where it can be written in place
 };
 
 // firstFromCam is null for the first camera.
@@ -96,6 +91,10 @@ CameraFactors cameraFactors(const tagOzKCamIntrinsic& intrinsic,
   return camera;
 }
 
+std::size_t cellCount(const GridSize& size) {
+  return static_cast<std::size_t>(size.width) * static_cast<std::size_t>(size.height);
+}
+
 Projection prepare(Matrices depths, Matrices colors, const tagOzKCamIntrinsic* intrinsics,
                    const tagOzKCamExtrinsic* extrinsics, const tagOzKRect2Df32& region,
                    float resolution, const GridSize& size, const cv::Mat& aerialImage) {
@@ -107,8 +106,7 @@ Projection prepare(Matrices depths, Matrices colors, const tagOzKCamIntrinsic* i
     widest = std::max(widest, depths[k].cols);
   }
   p.columnFactors.resize(static_cast<std::size_t>(widest));
-  p.nearest.assign(static_cast<std::size_t>(size.width) * static_cast<std::size_t>(size.height),
-                   kEmptyCell);
+  p.nearest.reset(new std::uint16_t[cellCount(size)]);
   const bool inPlace = isImageOfSize(aerialImage, size) && aerialImage.isContinuous() &&
                        !sharesMemory(aerialImage, depths) && !sharesMemory(aerialImage, colors);
   if (inPlace)
@@ -120,59 +118,35 @@ Projection prepare(Matrices depths, Matrices colors, const tagOzKCamIntrinsic* i
   return p;
 }
 
-// Written without branches: which sample wins is as good as random.
-void takeNearest(const Listed* samples, const std::int32_t* cells, int n, std::uint16_t* nearest) {
-  for (int i = 0; i < n; ++i) {
-    const auto d = static_cast<std::uint16_t>(samples[i] >> 16);
-    std::uint16_t& cell = nearest[cells[i]];
-    cell = std::min(cell, d);
-  }
+// (u - cx) * ifx of every column.
+void fillColumnFactors(const CameraFactors& camera, int width, float* factors) {
+  for (int u = 0; u < width; ++u) factors[u] = (static_cast<float>(u) - camera.cx) * camera.ifx;
 }
 
-// The same with the colours of the stretch's pixels. A sample that does not win writes the cell's
-// own colour again.
-void takeNearestColor(const Listed* samples, const std::int32_t* cells, int n,
-                      const unsigned char* color, std::uint16_t* nearest, unsigned char* image) {
-  for (int i = 0; i < n; ++i) {
-    const auto d = static_cast<std::uint16_t>(samples[i] >> 16);
-    std::uint16_t& cell = nearest[cells[i]];
-    unsigned char* shown = image + kColorBytes * static_cast<std::size_t>(cells[i]);
-    const unsigned char* pixel = color + kColorBytes * (samples[i] & 0xFFFFU);
-    const unsigned char* source = d < cell ? pixel : shown;
-    cell = std::min(cell, d);
-    std::uint16_t first;
-    std::memcpy(&first, source, 2);
-    const unsigned char third = source[2];
-    std::memcpy(shown, &first, 2);
-    shown[2] = third;
-  }
-}
-
-void projectRow(const AerialKernels& kernels, Projection& p, std::size_t k, int v) {
+// A list is taken when the next one is made: until then the memory of its cells is on its way.
+void projectCamera(const AerialKernels& kernels, Projection& p, std::size_t k,
+                   const AerialCells& cells) {
   const CameraFactors& camera = p.cameras[k];
-  const auto* depth = p.depths[k].ptr<std::uint16_t>(v);
-  const float rowFactor = (static_cast<float>(v) - camera.cy) * camera.ify;
-  Listed samples[kStretch + kListSlack];
-  std::int32_t cells[kStretch + kListSlack];
-  const int width = p.depths[k].cols;
-  for (int u = 0; u < width; u += kStretch) {
-    const DepthStretch stretch{depth + u, p.columnFactors.data() + u, std::min(kStretch, width - u),
-                               rowFactor};
-    const int n = kernels.listSamples(stretch, camera, p.grid, samples, cells);
-    if (p.colors.empty())
-      takeNearest(samples, cells, n, p.nearest.data());
-    else
-      takeNearestColor(samples, cells, n,
-                       p.colors[k].ptr(v) + kColorBytes * static_cast<std::size_t>(u),
-                       p.nearest.data(), p.image.ptr());
+  const cv::Mat& depths = p.depths[k];
+  fillColumnFactors(camera, depths.cols, p.columnFactors.data());
+  SampleList lists[2];
+  int current = 0;
+  for (int v = 0; v < depths.rows; ++v) {
+    const auto* depth = depths.ptr<std::uint16_t>(v);
+    const unsigned char* color = p.colors.empty() ? nullptr : p.colors[k].ptr(v);
+    const float rowFactor = (static_cast<float>(v) - camera.cy) * camera.ify;
+    for (int u = 0; u < depths.cols; u += kStretch) {
+      const DepthStretch stretch{depth + u, p.columnFactors.data() + u,
+                                 std::min(kStretch, depths.cols - u), rowFactor};
+      SampleList& list = lists[current];
+      list.n = kernels.listSamples(stretch, camera, p.grid, list.samples, list.cells);
+      if (color != nullptr) list.color = color + kColorBytes * static_cast<std::size_t>(u);
+      fetchCells(list, cells);
+      current = 1 - current;
+      takeCells(lists[current], cells);
+    }
   }
-}
-
-void projectCamera(const AerialKernels& kernels, Projection& p, std::size_t k) {
-  const CameraFactors& camera = p.cameras[k];
-  for (int u = 0; u < p.depths[k].cols; ++u)
-    p.columnFactors[static_cast<std::size_t>(u)] = (static_cast<float>(u) - camera.cx) * camera.ifx;
-  for (int v = 0; v < p.depths[k].rows; ++v) projectRow(kernels, p, k, v);
+  takeCells(lists[1 - current], cells);
 }
 
 // Hands the image over; a matrix that fits already keeps its place in memory.
@@ -195,11 +169,12 @@ int project(Matrices depths, Matrices colors, const tagOzKCamIntrinsic* intrinsi
   Projection p = prepare(std::move(depths), std::move(colors), intrinsics, extrinsics, region,
                          resolution, *size, aerialImage);
   const bool isColored = !p.colors.empty();
-  if (isColored) p.image.setTo(cv::Scalar::all(0));
+  const AerialCells cells{p.nearest.get(), isColored ? p.image.data : nullptr, cellCount(*size)};
+  clearCells(cells);
   static const AerialKernels& kernels = aerialKernels(supportedVectorLevel());
-  for (std::size_t k = 0; k < p.cameras.size(); ++k) projectCamera(kernels, p, k);
+  for (std::size_t k = 0; k < p.cameras.size(); ++k) projectCamera(kernels, p, k, cells);
   // Without memory for the colours the image stays black; that is no failure.
-  if (!isColored && renderDepthFalseColor(p.nearest.data(), size->width, size->height,
+  if (!isColored && renderDepthFalseColor(p.nearest.get(), size->width, size->height,
                                           p.image.ptr()) != kOzkSuccess)
     p.image.setTo(cv::Scalar::all(0));
   deliver(p, *size, aerialImage);

@@ -41,10 +41,10 @@ std::uint32_t count(const unsigned short* depth, std::size_t cells, Counts& coun
   std::uint32_t total = 0;
   forEachBlock(depth, cells, [&](const Listed* covered, int n, std::size_t, int) {
     for (int i = 0; i + 1 < n; i += 2) {
-      ++counts.even[covered[i] >> 16];
-      ++counts.odd[covered[i + 1] >> 16];
+      ++counts.even[depthOf(covered[i])];
+      ++counts.odd[depthOf(covered[i + 1])];
     }
-    if (n % 2 != 0) ++counts.even[covered[n - 1] >> 16];
+    if (n % 2 != 0) ++counts.even[depthOf(covered[n - 1])];
     total += static_cast<std::uint32_t>(n);
   });
   return total;
@@ -73,11 +73,11 @@ void paint(const unsigned short* depth, std::size_t cells, const std::uint32_t* 
   forEachBlock(depth, cells, [&](const Listed* covered, int n, std::size_t first, int size) {
     unsigned char* block = output + 3 * first;
     std::memset(block, 0, 3 * static_cast<std::size_t>(size));
-    const bool hasLast = n > 0 && first + (covered[n - 1] & 0xFFFFU) + 1 == cells;
+    const bool hasLast = n > 0 && first + offsetOf(covered[n - 1]) + 1 == cells;
     const int inner = hasLast ? n - 1 : n;
     for (int i = 0; i < inner; ++i)
-      std::memcpy(block + 3 * (covered[i] & 0xFFFFU), &colors[covered[i] >> 16], 4);
-    if (hasLast) std::memcpy(output + 3 * (cells - 1), &colors[covered[n - 1] >> 16], 3);
+      std::memcpy(block + 3 * offsetOf(covered[i]), &colors[depthOf(covered[i])], 4);
+    if (hasLast) std::memcpy(output + 3 * (cells - 1), &colors[depthOf(covered[n - 1])], 3);
   });
 }
 
