@@ -55,21 +55,16 @@ __m512i cellsOf(const Points& p, const VectorGrid& grid) {
                           _mm512_cvttps_epi32(column));
 }
 
-// Leaves in the first element of every run of equal cells the run's least sample: the nearest, and
-// of equals the first, as the offset is in the lower half. `joined` has bit i set where i and i + 1
-// are of one run. After the step of s elements an element stands for up to 2 s of its run.
-__m512i leastOfRuns(__m512i samples, unsigned joined) {
-  const auto least = [&](unsigned with, __m512i later) {
-    samples = _mm512_mask_min_epu32(samples, static_cast<__mmask16>(with), samples, later);
-  };
-  least(joined, _mm512_alignr_epi32(samples, samples, 1));
-  joined &= joined >> 1;
-  least(joined, _mm512_alignr_epi32(samples, samples, 2));
-  joined &= joined >> 2;
-  least(joined, _mm512_alignr_epi32(samples, samples, 4));
-  joined &= joined >> 4;
-  least(joined, _mm512_alignr_epi32(samples, samples, 8));
-  return samples;
+// Of neighbours with the same cell the one that cannot win is left out: the farther one, of equals
+// the second, as the offset is in the lower half of a sample.
+__mmask16 withoutBeaten(__mmask16 inside, __m512i cell, __m512i sample) {
+  const __m512i noCell = _mm512_set1_epi32(-2);
+  const __m512i nextCell = _mm512_alignr_epi32(noCell, cell, 1);
+  const __m512i nextSample = _mm512_alignr_epi32(sample, sample, 1);
+  const __mmask16 same = _mm512_cmpeq_epi32_mask(cell, nextCell);
+  const __mmask16 beatenByNext = _mm512_mask_cmplt_epu32_mask(same, nextSample, sample);
+  const __mmask16 nextBeaten = _kshiftli_mask16(_kandn_mask16(beatenByNext, same), 1);
+  return _kandn_mask16(_kor_mask16(beatenByNext, nextBeaten), inside);
 }
 
 int listSamples(const DepthStretch& stretch, const CameraFactors& camera, const AerialGrid& grid,
@@ -92,19 +87,15 @@ int listSamples(const DepthStretch& stretch, const CameraFactors& camera, const 
     const __mmask16 inside =
         insideGrid(p, vectorGrid, _mm512_test_epi32_mask(depth, depth)); // rests have depth 0
 
-    // Samples outside have the cell -1, so that they separate runs.
+    // Samples outside have the cell -1: they beat none inside.
     const __m512i cell =
         _mm512_mask_mov_epi32(_mm512_set1_epi32(-1), inside, cellsOf(p, vectorGrid));
-    const unsigned joined =
-        _mm512_cmpeq_epi32_mask(cell, _mm512_alignr_epi32(cell, cell, 1)) & 0x7FFFU;
-    __m512i sample = _mm512_or_si512(_mm512_slli_epi32(depth, 16),
-                                     _mm512_add_epi32(lanes, _mm512_set1_epi32(i)));
-    if (joined != 0) sample = leastOfRuns(sample, joined);
-
-    const auto firsts = static_cast<__mmask16>(inside & ~(joined << 1));
-    _mm512_storeu_si512(samples + length, _mm512_maskz_compress_epi32(firsts, sample));
-    _mm512_storeu_si512(cells + length, _mm512_maskz_compress_epi32(firsts, cell));
-    length += __builtin_popcount(firsts);
+    const __m512i sample = _mm512_or_si512(_mm512_slli_epi32(depth, 16),
+                                           _mm512_add_epi32(lanes, _mm512_set1_epi32(i)));
+    const __mmask16 kept = withoutBeaten(inside, cell, sample);
+    _mm512_storeu_si512(samples + length, _mm512_maskz_compress_epi32(kept, sample));
+    _mm512_storeu_si512(cells + length, _mm512_maskz_compress_epi32(kept, cell));
+    length += __builtin_popcount(kept);
   }
   return length;
 }
