@@ -10,7 +10,7 @@ namespace velmorn {
 namespace {
 
 // Cells of this many bytes stay in a second-level cache by themselves.
-constexpr std::size_t kCachedBytes = std::size_t{1} << 20;
+constexpr std::size_t kCachedBytes = std::size_t{1} << 21;
 
 void fetchForWriting(const void* place) {
 #if defined(__GNUC__)

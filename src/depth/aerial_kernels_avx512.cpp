@@ -100,19 +100,28 @@ int listSamples(const DepthStretch& stretch, const CameraFactors& camera, const 
   return length;
 }
 
-int listCovered(const std::uint16_t* depth, int n, Listed* covered) {
+// Appends the sixteen cells' elements that are chosen, returns the new length.
+int appendCovered(__m256i depth, int first, __mmask16 chosen, Listed* covered, int length) {
   const __m512i lanes = _mm512_setr_epi32(0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15);
-  const __m512i empty = _mm512_set1_epi32(kEmptyCell);
+  const __m512i element = _mm512_or_si512(_mm512_slli_epi32(_mm512_cvtepu16_epi32(depth), 16),
+                                          _mm512_add_epi32(lanes, _mm512_set1_epi32(first)));
+  _mm512_storeu_si512(covered + length, _mm512_maskz_compress_epi32(chosen, element));
+  return length + __builtin_popcount(chosen);
+}
+
+int listCovered(const std::uint16_t* depth, int n, Listed* covered) {
+  const __m512i empty = _mm512_set1_epi16(static_cast<short>(kEmptyCell));
   int length = 0;
-  for (int i = 0; i < n; i += 16) {
+  for (int i = 0; i < n; i += 32) {
     const int rest = n - i;
-    const auto part = static_cast<__mmask16>(rest < 16 ? (1U << rest) - 1 : 0xFFFFU);
-    const __m512i cell = _mm512_cvtepu16_epi32(_mm256_maskz_loadu_epi16(part, depth + i));
-    const __mmask16 hasDepth = _mm512_mask_cmpneq_epi32_mask(part, cell, empty);
-    const __m512i element =
-        _mm512_or_si512(_mm512_slli_epi32(cell, 16), _mm512_add_epi32(lanes, _mm512_set1_epi32(i)));
-    _mm512_storeu_si512(covered + length, _mm512_maskz_compress_epi32(hasDepth, element));
-    length += __builtin_popcount(hasDepth);
+    const __mmask32 part = rest < 32 ? (1U << rest) - 1 : 0xFFFFFFFFU;
+    const __m512i cells = _mm512_maskz_loadu_epi16(part, depth + i);
+    const __mmask32 hasDepth = _mm512_mask_cmpneq_epi16_mask(part, cells, empty);
+    if (hasDepth == 0) continue; // often whole rows of a fine grid
+    length = appendCovered(_mm512_castsi512_si256(cells), i, static_cast<__mmask16>(hasDepth),
+                           covered, length);
+    length = appendCovered(_mm512_extracti64x4_epi64(cells, 1), i + 16,
+                           static_cast<__mmask16>(hasDepth >> 16), covered, length);
   }
   return length;
 }
