@@ -1,0 +1,71 @@
+// The plain form of the aerial view's searches, and the choice of a form.
+#include "depth/aerial_kernels.h"
+
+#include <cstddef>
+
+#include "depth/depth_false_color.h"
+
+namespace velmorn {
+namespace {
+
+constexpr std::int32_t kNoCell = -1;
+
+// The cell that a sample falls into. Never one outside the grid: subtraction and division round
+// monotonically, so x < x2 gives a quotient of at most (x2 - x1) / r, whose integral part is the
+// last column. NaN fails the comparisons.
+std::int32_t cellOf(float columnFactor, float rowFactor, float d, const CameraFactors& camera,
+                    const AerialGrid& grid) {
+  float x = columnFactor * d, y = rowFactor * d;
+  if (!camera.isFirst) {
+    const float camX = x, camY = y;
+    x = camera.r00 * camX + camera.r01 * camY + camera.r02 * d + camera.t0;
+    y = camera.r10 * camX + camera.r11 * camY + camera.r12 * d + camera.t1;
+  }
+  const tagOzKRect2Df32& region = grid.region;
+  if (!(region.x1 < x && x < region.x2 && region.y1 < y && y < region.y2)) return kNoCell;
+  const auto column = static_cast<std::int32_t>((x - region.x1) / grid.resolution);
+  const auto row = static_cast<std::int32_t>((y - region.y1) / grid.resolution);
+  return row * grid.width + column;
+}
+
+int listSamples(const DepthStretch& stretch, const CameraFactors& camera, const AerialGrid& grid,
+                Listed* samples, std::int32_t* cells) {
+  int length = 0;
+  for (int i = 0; i < stretch.n; ++i) {
+    const std::uint16_t d = stretch.depth[i];
+    if (d == 0) continue;
+    const std::int32_t cell =
+        cellOf(stretch.columnFactors[i], stretch.rowFactor, static_cast<float>(d), camera, grid);
+    if (cell == kNoCell) continue;
+    samples[length] = listed(d, i);
+    cells[length++] = cell;
+  }
+  return length;
+}
+
+int listCovered(const std::uint16_t* depth, int n, Listed* covered) {
+  int length = 0;
+  for (int i = 0; i < n; ++i) {
+    covered[length] = listed(depth[i], i); // overwritten by the next one when it is empty
+    length += depth[i] != kEmptyCell;
+  }
+  return length;
+}
+
+} // namespace
+
+const AerialKernels& plainAerialKernels() {
+  static const AerialKernels kernels{listSamples, listCovered};
+  return kernels;
+}
+
+const AerialKernels& aerialKernels(VectorLevel level) {
+#if defined(VELMORN_X86_KERNELS)
+  if (level == VectorLevel::kAvx512) return avx512AerialKernels();
+  if (level == VectorLevel::kAvx2) return avx2AerialKernels();
+#endif
+  static_cast<void>(level);
+  return plainAerialKernels();
+}
+
+} // namespace velmorn

@@ -1,0 +1,141 @@
+// The aerial view's searches for processors with AVX2: eight samples or cells at once.
+#include <immintrin.h>
+
+#include "depth/aerial_kernels.h"
+#include "depth/depth_false_color.h"
+
+namespace velmorn {
+namespace {
+
+struct Points {
+  __m256 x, y;
+};
+
+// One row of firstFromCam times the points (x, y, d).
+__m256 rowTimes(float rx, float ry, float rz, float t, const Points& p, __m256 d) {
+  const __m256 xy =
+      _mm256_add_ps(_mm256_mul_ps(_mm256_set1_ps(rx), p.x), _mm256_mul_ps(_mm256_set1_ps(ry), p.y));
+  return _mm256_add_ps(_mm256_add_ps(xy, _mm256_mul_ps(_mm256_set1_ps(rz), d)), _mm256_set1_ps(t));
+}
+
+// All ones for a coordinate inside; zero for NaN.
+__m256 within(float from, __m256 value, float to) {
+  return _mm256_and_ps(_mm256_cmp_ps(_mm256_set1_ps(from), value, _CMP_LT_OQ),
+                       _mm256_cmp_ps(value, _mm256_set1_ps(to), _CMP_LT_OQ));
+}
+
+__m256i cellsAlong(__m256 value, float from, float resolution) {
+  return _mm256_cvttps_epi32(
+      _mm256_div_ps(_mm256_sub_ps(value, _mm256_set1_ps(from)), _mm256_set1_ps(resolution)));
+}
+
+// For every mask of eight lanes the chosen lanes' numbers, in order from the lowest byte up.
+struct LaneTable {
+  std::uint64_t lanesOf[256];
+
+  LaneTable() {
+    for (unsigned mask = 0; mask < 256; ++mask) {
+      lanesOf[mask] = 0;
+      unsigned shift = 0;
+      for (std::uint64_t lane = 0; lane < 8; ++lane)
+        if ((mask >> lane & 1) != 0) {
+          lanesOf[mask] |= lane << shift;
+          shift += 8;
+        }
+    }
+  }
+};
+
+const LaneTable& laneTable() {
+  static const LaneTable table;
+  return table;
+}
+
+// Moves the chosen lanes to the front.
+__m256i compress(__m256i v, std::uint64_t lanes) {
+  const __m128i bytes = _mm_cvtsi64_si128(static_cast<long long>(lanes));
+  return _mm256_permutevar8x32_epi32(v, _mm256_cvtepu8_epi32(bytes));
+}
+
+void store(void* to, __m256i v) { _mm256_storeu_si256(static_cast<__m256i*>(to), v); }
+
+__m256i load8(const std::uint16_t* from) {
+  return _mm256_cvtepu16_epi32(_mm_loadu_si128(reinterpret_cast<const __m128i*>(from)));
+}
+
+// The depths with the offsets first, first + 1, ... as list elements.
+__m256i listed8(__m256i depth, int first) {
+  const __m256i lanes = _mm256_setr_epi32(0, 1, 2, 3, 4, 5, 6, 7);
+  return _mm256_or_si256(_mm256_slli_epi32(depth, 16),
+                         _mm256_add_epi32(lanes, _mm256_set1_epi32(first)));
+}
+
+// Lists the rest of a stretch, from sample i on, behind what is listed already.
+int listRest(const DepthStretch& stretch, int i, const CameraFactors& camera,
+             const AerialGrid& grid, Listed* samples, std::int32_t* cells) {
+  const DepthStretch rest{stretch.depth + i, stretch.columnFactors + i, stretch.n - i,
+                          stretch.rowFactor};
+  const int length = plainAerialKernels().listSamples(rest, camera, grid, samples, cells);
+  for (int k = 0; k < length; ++k) samples[k] += static_cast<Listed>(i);
+  return length;
+}
+
+int listSamples(const DepthStretch& stretch, const CameraFactors& camera, const AerialGrid& grid,
+                Listed* samples, std::int32_t* cells) {
+  const LaneTable& table = laneTable();
+  const tagOzKRect2Df32& region = grid.region;
+  const __m256 rowFactor = _mm256_set1_ps(stretch.rowFactor);
+  const __m256i width = _mm256_set1_epi32(grid.width);
+  const __m256i zero = _mm256_setzero_si256();
+
+  int length = 0;
+  int i = 0;
+  for (; i <= stretch.n - 8; i += 8) {
+    const __m256i depth = load8(stretch.depth + i);
+    const __m256 d = _mm256_cvtepi32_ps(depth);
+    Points p{_mm256_mul_ps(_mm256_loadu_ps(stretch.columnFactors + i), d),
+             _mm256_mul_ps(rowFactor, d)};
+    if (!camera.isFirst)
+      p = {rowTimes(camera.r00, camera.r01, camera.r02, camera.t0, p, d),
+           rowTimes(camera.r10, camera.r11, camera.r12, camera.t1, p, d)};
+    const __m256 inside =
+        _mm256_and_ps(within(region.x1, p.x, region.x2), within(region.y1, p.y, region.y2));
+    const __m256 hasDepth = _mm256_castsi256_ps(_mm256_cmpgt_epi32(depth, zero));
+    const int mask = _mm256_movemask_ps(_mm256_and_ps(inside, hasDepth));
+
+    const __m256i cell =
+        _mm256_add_epi32(_mm256_mullo_epi32(cellsAlong(p.y, region.y1, grid.resolution), width),
+                         cellsAlong(p.x, region.x1, grid.resolution));
+    const std::uint64_t lanes = table.lanesOf[mask];
+    store(samples + length, compress(listed8(depth, i), lanes));
+    store(cells + length, compress(cell, lanes));
+    length += __builtin_popcount(static_cast<unsigned>(mask));
+  }
+  return length + listRest(stretch, i, camera, grid, samples + length, cells + length);
+}
+
+int listCovered(const std::uint16_t* depth, int n, Listed* covered) {
+  const LaneTable& table = laneTable();
+  const __m256i empty = _mm256_set1_epi32(kEmptyCell);
+  int length = 0;
+  int i = 0;
+  for (; i <= n - 8; i += 8) {
+    const __m256i cell = load8(depth + i);
+    const __m256 isEmpty = _mm256_castsi256_ps(_mm256_cmpeq_epi32(cell, empty));
+    const int mask = _mm256_movemask_ps(isEmpty) ^ 0xFF;
+    store(covered + length, compress(listed8(cell, i), table.lanesOf[mask]));
+    length += __builtin_popcount(static_cast<unsigned>(mask));
+  }
+  const int rest = plainAerialKernels().listCovered(depth + i, n - i, covered + length);
+  for (int k = 0; k < rest; ++k) covered[length + k] += static_cast<Listed>(i);
+  return length + rest;
+}
+
+} // namespace
+
+const AerialKernels& avx2AerialKernels() {
+  static const AerialKernels kernels{listSamples, listCovered};
+  return kernels;
+}
+
+} // namespace velmorn
