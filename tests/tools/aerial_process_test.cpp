@@ -106,7 +106,7 @@ TEST_F(AerialProcess, WarnsAboutLensDistortion) {
   const ProcessResult result = run(job);
   EXPECT_EQ(result.status, 0);
   EXPECT_THAT(result.err, HasSubstr("velmorn: warning: camera \"a\": the lens distortion of "
-                                    "lens.yml moves pixels by up to "));
+                                    "lens.yml moves pixels by up to 76.8 pixels and is not "));
   writeFile(dir() / "lens.yml", cameraYaml("0., 0., 0., 0.", // and now for another size
                                            "500., 0., 320., 0., 500., 240., 0., 0., 1."));
   writeImage("a.png", cv::Mat(48, 64, CV_16UC1, cv::Scalar(100)));

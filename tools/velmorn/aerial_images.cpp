@@ -36,10 +36,10 @@ cv::Mat readColour(const std::string& path, cv::Size depthSize) {
 void warnAboutDistortion(const AerialJobCamera& camera, cv::Size imageSize) {
   const double shift = largestShift(camera.model, imageSize);
   if (shift <= kHarmlessShift) return;
-  std::ostringstream pixels;
-  pixels << std::fixed << std::setprecision(1) << shift;
+  std::ostringstream most;
+  most << std::fixed << std::setprecision(1) << shift;
   printWarning("camera " + inQuotes(camera.id) + ": the lens distortion of " +
-               camera.intrinsicsPath + " moves pixels by up to " + pixels.str() +
+               camera.intrinsicsPath + " moves pixels by up to " + most.str() +
                " pixels and is not taken out; give rectified images, and a camera file without "
                "distortion");
 }
