@@ -42,5 +42,16 @@ TEST_F(Lens, LeavesPixelsOfAPlainLensAsTheyAre) {
   EXPECT_TRUE(raysThrough(model, {}).empty());
 }
 
+// 3/5 and 4/5 off the axis, 1 together: k1 = 0.01 moves it by a hundredth, 5 pixels of 500.
+TEST_F(Lens, TellsHowFarCornersMove) {
+  CameraModel camera;
+  camera.intrinsic = {{500, 0, 300, 0, 500, 400, 0, 0, 1}};
+  EXPECT_EQ(largestShift(camera, {601, 801}), 0);
+  camera.distortion.coeffs[0] = 0.01;
+  EXPECT_NEAR(largestShift(camera, {601, 801}), 5, 1e-9);
+  camera.distortion.coeffs[0] = -0.5; // never gets as far as the corners
+  EXPECT_NEAR(largestShift(camera, {601, 801}), 250, 1e-9);
+}
+
 } // namespace
 } // namespace velmorn::tool

@@ -53,6 +53,25 @@ std::vector<cv::Point2d> withoutDistortion(const CameraModel& camera,
   return places;
 }
 
+double largestShift(const CameraModel& camera, cv::Size imageSize) {
+  const double* m = camera.intrinsic.matrix;
+  const double right = imageSize.width - 1;
+  const double bottom = imageSize.height - 1;
+  const std::vector<cv::Point2d> corners = {{0, 0}, {right, 0}, {0, bottom}, {right, bottom}};
+  std::vector<cv::Point3d> rays;
+  for (const cv::Point2d& corner : corners) {
+    rays.emplace_back((corner.x - m[2]) / m[0], (corner.y - m[5]) / m[4], 1);
+  }
+  const cv::Mat distortion(1, 12, CV_64FC1, const_cast<double*>(camera.distortion.coeffs));
+  std::vector<cv::Point2d> seen;
+  cv::projectPoints(rays, cv::Vec3d(), cv::Vec3d(), cv::Matx33d(m), distortion, seen);
+  double largest = 0;
+  for (std::size_t i = 0; i < corners.size(); ++i) {
+    largest = std::max(largest, cv::norm(seen[i] - corners[i]));
+  }
+  return largest;
+}
+
 void warnAboutImageSize(const CameraModel& camera, const std::string& cameraPath,
                         cv::Size imageSize) {
   if (camera.imageSize.area() == 0 || camera.imageSize == imageSize) return;

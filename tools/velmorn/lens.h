@@ -19,6 +19,10 @@ std::vector<cv::Point2d> raysThrough(const CameraModel& camera,
 std::vector<cv::Point2d> withoutDistortion(const CameraModel& camera,
                                            const std::vector<cv::Point2d>& pixels);
 
+// How far the lens distortion moves at most what an ideal lens would show in an image's corners,
+// pixels. This way round a strong distortion that never gets as far as the corners counts, too.
+double largestShift(const CameraModel& camera, cv::Size imageSize);
+
 // Warns when the camera file says that it is for another image size.
 void warnAboutImageSize(const CameraModel& camera, const std::string& cameraPath,
                         cv::Size imageSize);
