@@ -8,6 +8,7 @@
 // without) and cameras.png, the colour images side by side. Millimetres. Exit status 0, 1 when a
 // file cannot be written, 2 for a wrong command line.
 #include <CLI/CLI.hpp>
+#include <algorithm>
 #include <filesystem>
 #include <iostream>
 #include <nlohmann/json.hpp>

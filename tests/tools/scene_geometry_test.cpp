@@ -3,6 +3,8 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
+
 namespace velmorn::tool {
 namespace {
 
@@ -73,6 +75,12 @@ TEST(SceneGeometry, TurnsFromXTowardsY) {
   EXPECT_DOUBLE_EQ(end->s, 300 - 100 * along);
   expectNear(end->normal, {along, along, 0});
   expectNear(end->place, {100, 0, 20});
+  // Its side, 50 from the middle.
+  const auto side = eighth.firstHit({{-300, 300, 20}, {1, -1, 0}});
+  ASSERT_TRUE(side);
+  EXPECT_DOUBLE_EQ(side->s, 300 - 50 * along);
+  expectNear(side->normal, {-along, along, 0});
+  expectNear(side->place, {0, 50, 20});
 }
 
 TEST(SceneGeometry, BoxStandsOnItsFoot) {
@@ -107,6 +115,7 @@ TEST(SceneGeometry, RaysThatMeetNothing) {
   EXPECT_FALSE(geometry.firstHit(downFrom(501, 0)));              // past the belt's end
   EXPECT_FALSE(geometry.firstHit(downFrom(0, -201)));             // past its side
   EXPECT_FALSE(geometry.firstHit({{200, 0, -10}, {0, 0, 1}}));    // belt from below
+  EXPECT_FALSE(geometry.firstHit({{200, 0, -10}, {0, 0, -1}}));   // belt behind
   EXPECT_FALSE(geometry.firstHit({{0, 0, 25}, {1, 0, 0}}));       // out of the box
   EXPECT_FALSE(geometry.firstHit({{-500, 50.1, 20}, {1, 0, 0}})); // beside it
   EXPECT_FALSE(SceneGeometry(Scene()).firstHit(downFrom(0, 0)));

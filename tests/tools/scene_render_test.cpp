@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <vector>
 
@@ -217,16 +218,20 @@ TEST(SceneColor, LiesOnTheDepthImage) {
   EXPECT_TRUE(isSame(onBelt, channels[0] == 110));
 }
 
-// A belt that ends in the middle of the pixel column 40: half of its rays see the background.
+// A belt that ends in the middle of the pixel column 40 and of the row 10: half of the rays there
+// see the background, at the corner three quarters.
 TEST(SceneColor, SubpixelsAreAveraged) {
   Scene scene = emptyBelt();
   scene.belt.length = 200;
+  scene.belt.width = 200;
   scene.belt.color = {100, 50, 20};
   ColorEffects effects;
   effects.subpixels = 2;
   const cv::Mat image = renderColor(scene, cameraAbove(1000), effects);
   EXPECT_EQ(image.at<cv::Vec3b>(20, 39), cv::Vec3b(100, 50, 20));
   EXPECT_EQ(image.at<cv::Vec3b>(20, 40), cv::Vec3b(50, 25, 10));
+  EXPECT_EQ(image.at<cv::Vec3b>(10, 30), cv::Vec3b(50, 25, 10));
+  EXPECT_EQ(image.at<cv::Vec3b>(10, 40), cv::Vec3b(25, 12, 5));
   EXPECT_EQ(image.at<cv::Vec3b>(20, 41), cv::Vec3b(0, 0, 0));
 }
 
