@@ -1,0 +1,24 @@
+// Depths as colours, by a cumulative histogram.
+#ifndef VELMORN64_DEPTH_DEPTH_FALSE_COLOR_H
+#define VELMORN64_DEPTH_DEPTH_FALSE_COLOR_H
+
+namespace velmorn {
+
+// Value of a cell without a sample.
+constexpr unsigned short kEmptyCell = 65535;
+
+// Colours a grid of depths: with e = 255 times the share of covered cells that are not farther, in
+// whole numbers, a cell becomes e, the triangle 2 min(e, 255 - e), 255 - e. Empty cells, and all
+// cells of a grid without a covered one, become black.
+//
+// depth   width * height values, kEmptyCell where there is none
+// output  out, width * height * 3 bytes
+//
+// e is computed in 32 bits: the running count times 255 wraps around above 16.8 million covered
+// cells. Returns 0, or -1 with output untouched when there is no memory for the tables.
+int renderDepthFalseColor(const unsigned short* depth, int width, int height,
+                          unsigned char* output);
+
+} // namespace velmorn
+
+#endif // VELMORN64_DEPTH_DEPTH_FALSE_COLOR_H
