@@ -640,7 +640,8 @@ VELMORN64_API int ozkCvtDepthToAerialViewImg(const cv::Mat* depthImages, const c
 // count    number of images, at least 1; a single one is copied
 // average  out, width * height samples; must not share memory with the images
 //
-// Sums are kept in single precision, which is exact up to 256 images.
+// Sums are kept in single precision, which is exact up to 256 images. Beyond 131072 images a mean
+// may be rounded up to 65536, which is stored as 0.
 //
 // Messages, log only: "image size error", "image type or dataType error"
 // Returns kOzkSuccess; kOzkNullPointer when images or average is null or count < 1; for the first
@@ -682,8 +683,8 @@ VELMORN64_API int ozkCalDepthImgSampleFactor(float fieldOfViewDegrees, int pixel
 // workDistance  distance from the camera, length unit
 // field         out, camera x and y, length unit
 //
-// The image size is not checked. Coordinates beyond 16777215 either way, and NaN, do not take part
-// in the extremes. No messages.
+// The image size is not checked. x1 and y1 are at most 16777215, x2 and y2 at least -16777215, also
+// when the field lies beyond; coordinates that come out NaN do not take part. No messages.
 // Returns kOzkSuccess; kOzkNullPointer when intrinsic or field is null.
 VELMORN64_API int ozkCalFieldSizeByWorkdistance(int imageWidth, int imageHeight,
                                                 const tagOzKCamIntrinsic* intrinsic,
