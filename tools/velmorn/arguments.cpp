@@ -1,8 +1,11 @@
 // What the words of the command line have to look like.
 #include "velmorn/arguments.h"
 
+#include <algorithm>
+#include <cctype>
 #include <charconv>
 #include <cmath>
+#include <filesystem>
 #include <system_error>
 
 #include "velmorn/board.h"
@@ -18,6 +21,44 @@ std::string checkLength(const std::string& text) {
   double length = 0;
   const bool isNumber = CLI::detail::lexical_cast(text, length);
   return isNumber && usableSquare(length) ? "" : "has to be a length above 0";
+}
+
+constexpr int kMostPixelsAlong = 65535;
+
+std::optional<int> parsePixels(const std::string& text) {
+  int pixels = 0;
+  const char* const end = text.data() + text.size();
+  const std::from_chars_result read = std::from_chars(text.data(), end, pixels);
+  const bool isCount = read.ec == std::errc() && read.ptr == end;
+  if (!isCount || pixels < 1 || pixels > kMostPixelsAlong) return std::nullopt;
+  return pixels;
+}
+
+std::string checkRegion(const std::string& text) {
+  return parseRegion(text)
+             ? ""
+             : "has to be X1,Y1,X2,Y2, numbers without blanks, X1 below X2 and Y1 below Y2";
+}
+
+std::string checkImageSize(const std::string& text) {
+  return parseImageSize(text) ? "" : "has to be columns and rows, such as 640x480";
+}
+
+// In lower case, with the dot.
+std::string extensionOf(const std::string& path) {
+  std::string extension = std::filesystem::path(path).extension().string();
+  std::transform(extension.begin(), extension.end(), extension.begin(),
+                 [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
+  return extension;
+}
+
+std::string listOf(const std::vector<std::string>& extensions) {
+  std::string list;
+  for (const std::string& extension : extensions) {
+    const char* const join = extension == extensions.back() ? " or " : ", ";
+    list += (list.empty() ? "" : join) + extension;
+  }
+  return list;
 }
 
 std::optional<float> parseNumber(const std::string& text) {
@@ -42,6 +83,22 @@ std::optional<std::vector<float>> parseNumbers(const std::string& text, std::siz
   return numbers.size() == number ? std::optional(numbers) : std::nullopt;
 }
 
+std::optional<tagOzKRect2Df32> parseRegion(const std::string& text) {
+  const std::optional<std::vector<float>> edges = parseNumbers(text, 4);
+  if (!edges) return std::nullopt;
+  const tagOzKRect2Df32 region{(*edges)[0], (*edges)[1], (*edges)[2], (*edges)[3]};
+  const bool isRegion = region.x1 < region.x2 && region.y1 < region.y2;
+  return isRegion ? std::optional(region) : std::nullopt;
+}
+
+std::optional<cv::Size> parseImageSize(const std::string& text) {
+  const std::size_t cross = text.find('x');
+  if (cross == std::string::npos) return std::nullopt;
+  const std::optional<int> width = parsePixels(text.substr(0, cross));
+  const std::optional<int> height = parsePixels(text.substr(cross + 1));
+  return width && height ? std::optional(cv::Size(*width, *height)) : std::nullopt;
+}
+
 CLI::Validator isBoard() { return CLI::Validator(checkBoard, "WxH"); }
 
 CLI::Validator isLength() { return CLI::Validator(checkLength, "LENGTH"); }
@@ -53,6 +110,20 @@ CLI::Validator isNumberList(std::size_t number, const std::string& meaning) {
         return "has to be " + (number == 1 ? "a number" : meaning + ", numbers without blanks");
       },
       meaning);
+}
+
+CLI::Validator isRegion() { return CLI::Validator(checkRegion, "X1,Y1,X2,Y2"); }
+
+CLI::Validator isImageSize() { return CLI::Validator(checkImageSize, "WxH"); }
+
+CLI::Validator hasExtension(const std::vector<std::string>& extensions) {
+  return CLI::Validator(
+      [=](const std::string& path) -> std::string {
+        const bool isOne =
+            std::find(extensions.begin(), extensions.end(), extensionOf(path)) != extensions.end();
+        return isOne ? "" : "has to be named " + listOf(extensions);
+      },
+      "FILE");
 }
 
 void addBoardOptions(CLI::App& command, std::string& board, double& square) {

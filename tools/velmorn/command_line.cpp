@@ -9,6 +9,7 @@
 
 #include "velmorn/arguments.h"
 #include "velmorn/board.h"
+#include "velmorn/depth_arguments.h"
 #include "velmorn/extrinsic_arguments.h"
 #include "velmorn/intrinsics_command.h"
 #include "velmorn/plane_arguments.h"
@@ -110,9 +111,15 @@ int runCommandLine(int argc, const char* const* argv) {
   PlaneOptions plane;
   PlatformOptions platform;
   ExtrinsicOptions extrinsic;
+  AerialOptions aerial;
+  AverageOptions average;
+  BackgroundOptions background;
+  FieldOptions field;
 
-  CLI::App app("Rigid transforms between cameras, and from cameras to planes and platforms",
-               "velmorn");
+  CLI::App app(
+      "Rigid transforms between cameras, and from cameras to planes and platforms; views from "
+      "above, averages and backgrounds of depth data",
+      "velmorn");
   app.set_version_flag("--version", std::string("velmorn ") + VELMORN64_VERSION);
   app.footer("velmorn COMMAND --help shows the options and an example of a command.");
   app.require_subcommand(1);
@@ -121,6 +128,10 @@ int runCommandLine(int argc, const char* const* argv) {
   addPlane(app, plane);
   addPlatform(app, platform);
   addExtrinsic(app, extrinsic);
+  addAerial(app, aerial);
+  addAverage(app, average);
+  addBackground(app, background);
+  addField(app, field);
   try {
     app.parse(argc, argv);
   } catch (const CLI::ParseError& error) {
@@ -132,6 +143,10 @@ int runCommandLine(int argc, const char* const* argv) {
     if (app.got_subcommand("plane")) runPlane(plane);
     if (app.got_subcommand("platform")) runPlatform(platform);
     if (app.got_subcommand("extrinsic")) runExtrinsic(extrinsic);
+    if (app.got_subcommand("aerial")) runAerial(aerial);
+    if (app.got_subcommand("average")) runAverage(average);
+    if (app.got_subcommand("background")) runBackground(background);
+    if (app.got_subcommand("field")) runField(field);
   });
 }
 

@@ -4,21 +4,12 @@
 #include <cstdint>
 #include <vector>
 
-#include <opencv2/imgcodecs.hpp>
-
+#include "velmorn/image_file.h"
 #include "velmorn/lens.h"
 #include "velmorn/tool_error.h"
 
 namespace velmorn::tool {
 namespace {
-
-cv::Mat readUnchanged(const std::string& path) {
-  try {
-    return cv::imread(path, cv::IMREAD_UNCHANGED);
-  } catch (const cv::Exception&) {
-    return cv::Mat(); // such as more pixels than OpenCV accepts
-  }
-}
 
 void addRow(PointCloud& cloud, const cv::Mat& depth, int row, const CameraModel& camera,
             double scale) {
@@ -42,8 +33,7 @@ void addRow(PointCloud& cloud, const cv::Mat& depth, int row, const CameraModel&
 } // namespace
 
 cv::Mat readDepthImage(const std::string& path) {
-  const cv::Mat depth = readUnchanged(path);
-  if (depth.empty()) throw ToolError(path + ": not readable as an image");
+  const cv::Mat depth = requireImage(path);
   if (depth.type() != CV_16UC1) {
     throw ToolError(path + ": not a depth image, which has one channel of 16 bits");
   }

@@ -3,15 +3,11 @@
 
 #include <opencv2/imgcodecs.hpp>
 
+#include "velmorn/image_file.h"
+
 namespace velmorn::tool {
 
-cv::Mat readGrey(const std::string& path) {
-  try {
-    return cv::imread(path, cv::IMREAD_GRAYSCALE);
-  } catch (const cv::Exception&) {
-    return cv::Mat(); // such as more pixels than OpenCV accepts
-  }
-}
+cv::Mat readGrey(const std::string& path) { return readImage(path, cv::IMREAD_GRAYSCALE); }
 
 std::string sizeText(cv::Size size) {
   return std::to_string(size.width) + "x" + std::to_string(size.height);

@@ -77,6 +77,15 @@ double JsonObject::number(const std::string& key) const {
   return at(key).get<double>();
 }
 
+std::vector<double> JsonObject::numbers(const std::string& key, std::size_t count) const {
+  const json& value = at(key);
+  const bool isList =
+      value.is_array() && value.size() == count &&
+      std::all_of(value.begin(), value.end(), [](const json& entry) { return entry.is_number(); });
+  if (!isList) fail(inQuotes(key) + " has to be a list of " + counted(count, "number"));
+  return value.get<std::vector<double>>();
+}
+
 int JsonObject::wholeNumber(const std::string& key, int defaultValue) const {
   if (!has(key)) return defaultValue;
   const json& value = at(key);

@@ -2,6 +2,7 @@
 #ifndef VELMORN64_TOOLS_JSON_OBJECT_H
 #define VELMORN64_TOOLS_JSON_OBJECT_H
 
+#include <cstddef>
 #include <string>
 #include <vector>
 
@@ -24,6 +25,7 @@ class JsonObject {
   const nlohmann::json& at(const std::string& key) const;
   std::string text(const std::string& key) const; // not empty, without control characters
   double number(const std::string& key) const;
+  std::vector<double> numbers(const std::string& key, std::size_t count) const; // a list
   int wholeNumber(const std::string& key, int defaultValue) const;
   bool flag(const std::string& key, bool defaultValue) const;
 

@@ -53,6 +53,18 @@ std::vector<cv::Point2d> withoutDistortion(const CameraModel& camera,
   return places;
 }
 
+double largestShift(const CameraModel& camera, cv::Size imageSize) {
+  const double right = imageSize.width - 1;
+  const double bottom = imageSize.height - 1;
+  const std::vector<cv::Point2d> corners = {{0, 0}, {right, 0}, {0, bottom}, {right, bottom}};
+  const std::vector<cv::Point2d> places = withoutDistortion(camera, corners);
+  double largest = 0;
+  for (std::size_t i = 0; i < corners.size(); ++i) {
+    largest = std::max(largest, cv::norm(places[i] - corners[i]));
+  }
+  return largest;
+}
+
 void warnAboutImageSize(const CameraModel& camera, const std::string& cameraPath,
                         cv::Size imageSize) {
   if (camera.imageSize.area() == 0 || camera.imageSize == imageSize) return;

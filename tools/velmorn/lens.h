@@ -19,6 +19,9 @@ std::vector<cv::Point2d> raysThrough(const CameraModel& camera,
 std::vector<cv::Point2d> withoutDistortion(const CameraModel& camera,
                                            const std::vector<cv::Point2d>& pixels);
 
+// How far the lens distortion moves an image's corners at most, pixels.
+double largestShift(const CameraModel& camera, cv::Size imageSize);
+
 // Warns when the camera file says that it is for another image size.
 void warnAboutImageSize(const CameraModel& camera, const std::string& cameraPath,
                         cv::Size imageSize);

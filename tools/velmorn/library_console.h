@@ -5,6 +5,7 @@
 #include <sstream>
 #include <string>
 
+#include "velmorn/silenced_descriptor.h"
 #include "velmorn/stream_redirection.h"
 
 namespace velmorn::tool {
@@ -24,7 +25,7 @@ class LibraryConsole {
  private:
   std::ostringstream taken_;
   StreamRedirection redirection_;
-  int standardOutput_; // a second descriptor of it; -1 when there is none to come back to
+  SilencedDescriptor printed_;
 };
 
 } // namespace velmorn::tool

@@ -3,6 +3,7 @@
 
 #include <opencv2/imgcodecs.hpp>
 
+#include "velmorn/image_file.h"
 #include "velmorn/library_console.h"
 #include "velmorn/pose.h"
 #include "velmorn/tool_error.h"
@@ -36,12 +37,7 @@ std::string reasonOf(int status, const std::string& console, const PlatformBoard
 } // namespace
 
 cv::Mat readBoardImage(const std::string& path) {
-  cv::Mat image;
-  try {
-    image = cv::imread(path, cv::IMREAD_ANYCOLOR);
-  } catch (const cv::Exception&) {
-    image = cv::Mat(); // such as more pixels than OpenCV accepts
-  }
+  const cv::Mat image = readImage(path, cv::IMREAD_ANYCOLOR);
   if (image.empty()) throw ToolError(path + ": not readable as an image");
   return image;
 }
