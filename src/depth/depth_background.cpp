@@ -2,9 +2,10 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
-#include <new>
-#include <vector>
+#include <cstring>
 
+#include "depth/background_bins.h"
+#include "depth/background_fill.h"
 #include "depth/grid_size.h"
 #include "foundation/boundary.h"
 #include "velmorn64.h"
@@ -12,80 +13,66 @@
 namespace velmorn {
 namespace {
 
-struct Grid {
-  std::size_t width, height;
+// Marks empty cells: a number that no scene has, about -6.7e30. Should a point have it all the
+// same, another one is looked for.
+constexpr std::uint32_t kUsualEmptyMark = 0xF2A9C35B;
+
+struct Scene {
+  const tagOzKPoint3Df32* points;
+  int pointCount;
+  BinGrid grid;
+  int height;
+  bool keepHighest;
 };
 
-bool contains(const tagOzKRect2Df32& region, const tagOzKPoint3Df32& p) {
-  return p.x >= region.x1 && p.x <= region.x2 && p.y >= region.y1 && p.y <= region.y2;
+std::size_t cellCount(const Scene& scene) {
+  return static_cast<std::size_t>(scene.grid.width) * static_cast<std::size_t>(scene.height);
 }
 
-void binPoints(const tagOzKPoint3Df32* points, int pointCount, float cellSize,
-               const tagOzKRect2Df32& region, bool keepHighest, const Grid& grid, float* background,
-               std::uint8_t* filled) {
-  for (int i = 0; i < pointCount; ++i) {
-    const tagOzKPoint3Df32& p = points[i];
-    if (!contains(region, p)) continue;
-    const auto row = static_cast<std::size_t>((p.y - region.y1) / cellSize);
-    const auto column = static_cast<std::size_t>((p.x - region.x1) / cellSize);
-    const std::size_t cell = row * grid.width + column;
-    float& value = background[cell];
-    if (!filled[cell])
-      value = p.z;
-    else
-      value = keepHighest ? std::max(value, p.z) : std::min(value, p.z);
-    filled[cell] = 1;
+bool binScene(const Scene& scene, BinPoints binPoints, std::uint32_t emptyMark, float* background) {
+  float mark;
+  std::memcpy(&mark, &emptyMark, sizeof mark);
+  std::fill_n(background, cellCount(scene), mark);
+  return binPoints(scene.points, scene.pointCount, scene.grid, scene.keepHighest, emptyMark,
+                   background);
+}
+
+template <typename Filler>
+int fillScene(const Scene& scene, BinPoints binPoints, Filler filler, float* background) {
+  if (!filler.ready()) return kOzkNoGridMemory;
+  std::uint32_t emptyMark = kUsualEmptyMark;
+  if (!binScene(scene, binPoints, emptyMark, background)) {
+    emptyMark = unusedBits(scene.points, scene.pointCount);
+    binScene(scene, binPoints, emptyMark, background);
   }
+  if (filler.fill(background, emptyMark)) return kOzkSuccess;
+  std::fill_n(background, cellCount(scene), 0.0F);
+  return kOzkNoPointInRegion;
 }
 
-// Values spread by one cell per sweep.
-void fillGaps(const Grid& grid, float* background, std::vector<std::uint8_t>& filled,
-              std::vector<std::uint8_t>& reached) {
-  const std::size_t width = grid.width, cells = grid.width * grid.height;
-  const auto push = [&](std::size_t to, float value) {
-    if (filled[to]) return;
-    background[to] = value;
-    reached[to] = 1;
-  };
-  while (std::find(filled.begin(), filled.end(), 0) != filled.end()) {
-    for (std::size_t cell = 0; cell < cells; ++cell) {
-      if (!filled[cell]) continue;
-      const std::size_t column = cell % width;
-      if (cell >= width) push(cell - width, background[cell]);
-      if (cell + width < cells) push(cell + width, background[cell]);
-      if (column > 0) push(cell - 1, background[cell]);
-      if (column + 1 < width) push(cell + 1, background[cell]);
-    }
-    for (std::size_t cell = 0; cell < cells; ++cell) filled[cell] |= reached[cell];
-  }
-}
-
-int bulidBackground(const tagOzKPoint3Df32* points, int pointCount, float cellSize,
-                    const tagOzKRect2Df32* region, float* background, int* gridWidth,
-                    int* gridHeight, bool keepHighest, int minPointCount, int maxGridSize) {
-  if (minPointCount > pointCount) return kOzkTooFewPoints;
-  if (!region || !background || !gridWidth || !gridHeight || (!points && pointCount > 0))
+int bulidBackground(Scene scene, const tagOzKRect2Df32* region, float* background, int* gridWidth,
+                    int* gridHeight, int minPointCount, int maxGridSize) {
+  if (minPointCount > scene.pointCount) return kOzkTooFewPoints;
+  if (!region || !background || !gridWidth || !gridHeight ||
+      (!scene.points && scene.pointCount > 0))
     return kOzkNullPointer;
-  const double width = cellsAlong(region->x1, region->x2, cellSize);
-  const double height = cellsAlong(region->y1, region->y2, cellSize);
+  const double width = cellsAlong(region->x1, region->x2, scene.grid.cellSize);
+  const double height = cellsAlong(region->y1, region->y2, scene.grid.cellSize);
   if (width > maxGridSize || height > maxGridSize) return kOzkGridTooLarge;
   // Written so that NaN fails too.
   if (!(width >= 1) || !(height >= 1)) return kOzkGridEmpty;
-  *gridWidth = static_cast<int>(width);
-  *gridHeight = static_cast<int>(height);
+  scene.grid.region = *region;
+  scene.grid.width = *gridWidth = static_cast<int>(width);
+  scene.height = *gridHeight = static_cast<int>(height);
 
-  const Grid grid{static_cast<std::size_t>(width), static_cast<std::size_t>(height)};
-  const std::size_t cells = grid.width * grid.height;
-  try {
-    std::vector<std::uint8_t> filled(cells), reached(cells);
-    std::fill_n(background, cells, 0.0F);
-    binPoints(points, pointCount, cellSize, *region, keepHighest, grid, background, filled.data());
-    if (std::find(filled.begin(), filled.end(), 1) == filled.end()) return kOzkNoPointInRegion;
-    fillGaps(grid, background, filled, reached);
-  } catch (const std::bad_alloc&) {
-    return kOzkNoGridMemory;
-  }
-  return kOzkSuccess;
+  if (width + height > kMostShortSteps)
+    return fillScene(scene, plainBinPoints,
+                     LongGapFiller(scene.grid.width, scene.height, plainLongFillKernels()),
+                     background);
+  const VectorLevel level = supportedVectorLevel();
+  return fillScene(scene, binPointsForm(level),
+                   ShortGapFiller(scene.grid.width, scene.height, shortFillKernels(level)),
+                   background);
 }
 
 } // namespace
@@ -96,7 +83,8 @@ int bulidDepthBackgroundByPointCloud(tagOzKPoint3Df32* points, int pointCount, f
                                      int* gridHeight, int keepHighest, int minPointCount,
                                      int maxGridSize) {
   return velmorn::guarded([&] {
-    return velmorn::bulidBackground(points, pointCount, cellSize, region, background, gridWidth,
-                                    gridHeight, keepHighest != 0, minPointCount, maxGridSize);
+    const velmorn::Scene scene{points, pointCount, {{}, cellSize, 0}, 0, keepHighest != 0};
+    return velmorn::bulidBackground(scene, region, background, gridWidth, gridHeight, minPointCount,
+                                    maxGridSize);
   });
 }

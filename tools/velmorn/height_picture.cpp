@@ -17,6 +17,25 @@ constexpr double kTickStep = 0.125;            // of the range, at least, betwee
 
 double extentOf(const HeightRange& range) { return range.highest - range.lowest; }
 
+std::vector<cv::Vec3b> coloursInOrder(int steps) {
+  cv::Mat ramp(1, steps, CV_32FC1);
+  for (int i = 0; i < steps; ++i) ramp.at<float>(i) = static_cast<float>(i);
+  const cv::Mat colours = heightColours(ramp, {0, static_cast<double>(steps - 1)});
+  return {colours.begin<cv::Vec3b>(), colours.end<cv::Vec3b>()};
+}
+
+std::vector<ColourMark> marksOf(const HeightRange& range) {
+  const double extent = extentOf(range);
+  if (extent <= 0) return {{0.5, heightText(range.lowest, range)}};
+  std::vector<ColourMark> marks = {{0, heightText(range.lowest, range)},
+                                   {1, heightText(range.highest, range)}};
+  const double step = roundNumberAtLeast(kTickStep * extent);
+  for (const double height : multiplesWithin(range.lowest, range.highest, step)) {
+    marks.push_back({(height - range.lowest) / extent, numberText(height, step)});
+  }
+  return marks;
+}
+
 } // namespace
 
 HeightRange heightRangeOf(const cv::Mat& heights) {
@@ -38,21 +57,8 @@ cv::Mat heightColours(const cv::Mat& heights, const HeightRange& range) {
 ColourBar heightLegend(const HeightRange& range) {
   ColourBar bar;
   bar.title = "z";
-  const double extent = extentOf(range);
-  if (extent <= 0) {
-    bar.colours = {heightColours(cv::Mat(1, 1, CV_32FC1, cv::Scalar(0)), {0, 0}).at<cv::Vec3b>(0)};
-    bar.marks = {{0.5, heightText(range.lowest, range)}};
-    return bar;
-  }
-  cv::Mat ramp(1, kSteps, CV_32FC1);
-  for (int i = 0; i < kSteps; ++i) ramp.at<float>(i) = static_cast<float>(i);
-  const cv::Mat colours = heightColours(ramp, {0, kSteps - 1});
-  bar.colours.assign(colours.begin<cv::Vec3b>(), colours.end<cv::Vec3b>());
-  bar.marks = {{0, heightText(range.lowest, range)}, {1, heightText(range.highest, range)}};
-  const double step = roundNumberAtLeast(kTickStep * extent);
-  for (const double height : multiplesWithin(range.lowest, range.highest, step)) {
-    bar.marks.push_back({(height - range.lowest) / extent, numberText(height, step)});
-  }
+  bar.colours = coloursInOrder(extentOf(range) > 0 ? kSteps : 1);
+  bar.marks = marksOf(range);
   return bar;
 }
 
