@@ -4,12 +4,14 @@
 #include <nlohmann/json.hpp>
 #include <opencv2/imgcodecs.hpp>
 
+#include "parcels.h"
 #include "support/temp_dir.h"
 #include "tools/process.h"
 #include "velmorn/camera_file.h"
 #include "velmorn/depth_image.h"
 #include "velmorn/pose.h"
 #include "velmorn/result_file.h"
+#include "velmorn/scene_shading.h"
 
 namespace velmorn::tool {
 namespace {
@@ -51,6 +53,7 @@ void expectJobsNameTheFiles() {
   EXPECT_EQ(withColor["cameras"][1], second);
 
   auto withoutColor = withColor;
+  withoutColor["resolution"] = 3;
   for (auto& camera : withoutColor["cameras"]) camera.erase("color");
   EXPECT_EQ(nlohmann::json::parse(readFile("scene/aerial-depth.json")), withoutColor);
 }
@@ -80,6 +83,49 @@ TEST_F(ConveyorScene, WritesWhatTheToolReads) {
   }
   EXPECT_EQ(cv::imread("scene/cameras.png").size(), cv::Size(1280, 480));
   expectJobsNameTheFiles();
+}
+
+// What a camera without perspective would see at the middle of a cell.
+cv::Vec3d colorFromAbove(const Scene& scene, const SceneGeometry& geometry,
+                         const cv::Vec3d& inFirst) {
+  const cv::Matx44d worldFromFirst = camerasOverBelt()[0].camera.worldFromCam;
+  const cv::Vec4d place = worldFromFirst * cv::Vec4d(inFirst[0], inFirst[1], inFirst[2], 1);
+  return seenColor(scene, geometry, {{place[0], place[1], place[2]}, {0, 0, -1}});
+}
+
+// Covered cells that do not have the scene's colour, as a share. Cells across an edge may not have
+// it.
+double shareOfWrongCells(const cv::Mat& picture, double x1, double y1, double resolution) {
+  constexpr double kTolerance = 3;
+  const Scene scene = parcelsOnBelt();
+  const SceneGeometry geometry(scene);
+  int covered = 0, wrong = 0;
+  for (int row = 0; row < picture.rows; ++row) {
+    for (int column = 0; column < picture.cols; ++column) {
+      const cv::Vec3d color = picture.at<cv::Vec3b>(row, column);
+      if (color == cv::Vec3d(0, 0, 0)) continue;
+      const cv::Vec3d cell(x1 + (column + 0.5) * resolution, y1 + (row + 0.5) * resolution, 0);
+      ++covered;
+      const cv::Vec3d difference = color - colorFromAbove(scene, geometry, cell);
+      if (cv::norm(difference, cv::NORM_INF) > kTolerance) ++wrong;
+    }
+  }
+  EXPECT_GT(covered, static_cast<int>(picture.total()) * 8 / 10);
+  return wrong / static_cast<double>(covered);
+}
+
+TEST_F(ConveyorScene, AerialViewIsTheSceneFromAbove) {
+  ASSERT_EQ(run({"scene"}).status, 0);
+  const ProcessResult result =
+      runProcess(VELMORN_TOOL, {"aerial", "scene/aerial.json", "-o", "aerial.png"}, dir());
+  ASSERT_EQ(result.status, 0) << result.err;
+  const cv::Mat picture = cv::imread("aerial.png");
+  EXPECT_EQ(picture.size(), cv::Size(1176, 561));
+  constexpr double kAtEdges = 0.018;
+  EXPECT_LT(shareOfWrongCells(picture, -920, -560, 2), kAtEdges);
+  // One cell's shift shows.
+  EXPECT_GT(shareOfWrongCells(picture, -918, -560, 2), kAtEdges);
+  EXPECT_GT(shareOfWrongCells(picture, -920, -562, 2), kAtEdges);
 }
 
 TEST_F(ConveyorScene, SaysWhatIsWrong) {
