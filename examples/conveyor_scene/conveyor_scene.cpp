@@ -58,7 +58,7 @@ void writeImage(const Folder& path, const cv::Mat& image) {
 cv::Mat writeImages(const Folder& folder, const NamedCamera& named, std::uint64_t seed) {
   const Scene scene = parcelsOnBelt();
   const cv::Mat depth = renderDepth(scene, named.camera, depthEffects(seed));
-  const cv::Mat color = renderColor(scene, named.camera, kColorEffects);
+  cv::Mat color = renderColor(scene, named.camera, kColorEffects);
   writeImage(folder / (named.id + "-depth.png"), depth);
   writeImage(folder / (named.id + "-color.png"), color);
   return color;
