@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <cstring>
 
+#include "depth/aerial_prefetch.h"
 #include "depth/depth_false_color.h"
 
 namespace velmorn {
@@ -11,14 +12,6 @@ namespace {
 
 // Cells of this many bytes stay in a second-level cache by themselves.
 constexpr std::size_t kCachedBytes = std::size_t{1} << 21;
-
-void fetchForWriting(const void* place) {
-#if defined(__GNUC__)
-  __builtin_prefetch(place, 1);
-#else
-  static_cast<void>(place);
-#endif
-}
 
 unsigned char* shownAt(const AerialCells& cells, std::int32_t cell) {
   return cells.image + kColorBytes * static_cast<std::size_t>(cell);

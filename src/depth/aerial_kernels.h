@@ -51,8 +51,8 @@ constexpr std::uint16_t depthOf(Listed element) {
 constexpr std::uint32_t offsetOf(Listed element) { return element & 0xFFFFU; }
 
 // Lists the samples that have a depth and fall into the grid, in their order, and their cells. Of
-// neighbours in this order with the same cell a form may leave out all but the one that wins among
-// them: the nearest, the first of equals.
+// samples that lie side by side and fall into the same cell a form may leave out those that are
+// beaten by their neighbour: it is nearer, or as near and earlier.
 //
 // samples, cells  out, room for n + kListSlack
 //

@@ -117,7 +117,6 @@ int listCovered(const std::uint16_t* depth, int n, Listed* covered) {
     const __mmask32 part = rest < 32 ? (1U << rest) - 1 : 0xFFFFFFFFU;
     const __m512i cells = _mm512_maskz_loadu_epi16(part, depth + i);
     const __mmask32 hasDepth = _mm512_mask_cmpneq_epi16_mask(part, cells, empty);
-    if (hasDepth == 0) continue; // often whole rows of a fine grid
     length = appendCovered(_mm512_castsi512_si256(cells), i, static_cast<__mmask16>(hasDepth),
                            covered, length);
     length = appendCovered(_mm512_extracti64x4_epi64(cells, 1), i + 16,

@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include "depth/memory_limit.h"
 #include "velmorn64.h"
 
 namespace velmorn {
@@ -77,6 +78,25 @@ TEST(CreateAerialViewImg, NoGridLeavesTheImageAlone) {
   EXPECT_EQ(createAerialViewImg(&reversed, 1, &image), kOzkBadSize);
   expectUntouched(image);
 }
+
+#if defined(VELMORN_MEMORY_CAN_BE_LIMITED)
+TEST(CreateAerialViewImg, NoMemoryLeavesANullBuffer) {
+  const tagOzKRect2Df32 region{0, 0, 20000, 10000};
+  tagOzKImage image = pattern();
+  int status = 0;
+  {
+    const NoLargeMemory none;
+    status = createAerialViewImg(&region, 1, &image);
+  }
+  EXPECT_EQ(status, kOzkComputationFailed);
+  tagOzKImage expected = pattern();
+  expected.type = kOzkImageThreeChannels;
+  expected.width = 20001;
+  expected.height = 10001;
+  expected.data = nullptr;
+  EXPECT_EQ(std::memcmp(&image, &expected, sizeof image), 0);
+}
+#endif
 
 TEST(ReleaseAerialViewImg, TwiceIsHarmless) {
   const tagOzKRect2Df32 region{0, 0, 10, 10};
