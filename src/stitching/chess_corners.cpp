@@ -96,7 +96,8 @@ void reportImage(const ImageResult& result, const std::string& path, int index,
       printConsole("failed\n");
       break;
     case ImageOutcome::kFound:
-      if (!result.annotated.empty()) saveCornerImage(cornerImageName(index, camID), result.annotated);
+      if (!result.annotated.empty())
+        saveCornerImage(cornerImageName(index, camID), result.annotated);
       printConsole("success\n");
       break;
   }

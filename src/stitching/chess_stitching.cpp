@@ -44,8 +44,7 @@ int checkCameraParameters(const Job& job) {
 
 int checkJob(const Job& job) {
   int status = checkCameraCount(job.cameraCount());
-  if (status == kOzkSuccess)
-    status = checkImageLists(job.camIDs, job.chessImgPaths, job.minImages);
+  if (status == kOzkSuccess) status = checkImageLists(job.camIDs, job.chessImgPaths, job.minImages);
   if (status == kOzkSuccess) status = checkCameraParameters(job);
   return status;
 }
