@@ -9,6 +9,7 @@
 
 #include "velmorn/arguments.h"
 #include "velmorn/board.h"
+#include "velmorn/board_arguments.h"
 #include "velmorn/extrinsic_arguments.h"
 #include "velmorn/intrinsics_command.h"
 #include "velmorn/plane_arguments.h"
@@ -110,6 +111,8 @@ int runCommandLine(int argc, const char* const* argv) {
   PlaneOptions plane;
   PlatformOptions platform;
   ExtrinsicOptions extrinsic;
+  PrintOptions print;
+  CornersOptions corners;
 
   CLI::App app("Rigid transforms between cameras, and from cameras to planes and platforms",
                "velmorn");
@@ -121,6 +124,8 @@ int runCommandLine(int argc, const char* const* argv) {
   addPlane(app, plane);
   addPlatform(app, platform);
   addExtrinsic(app, extrinsic);
+  addBoard(app, print);
+  addCorners(app, corners);
   try {
     app.parse(argc, argv);
   } catch (const CLI::ParseError& error) {
@@ -132,6 +137,8 @@ int runCommandLine(int argc, const char* const* argv) {
     if (app.got_subcommand("plane")) runPlane(plane);
     if (app.got_subcommand("platform")) runPlatform(platform);
     if (app.got_subcommand("extrinsic")) runExtrinsic(extrinsic);
+    if (app.got_subcommand("board")) runBoard(print);
+    if (app.got_subcommand("corners")) runCorners(corners);
   });
 }
 
