@@ -13,6 +13,7 @@
 namespace velmorn::tool {
 namespace {
 
+constexpr const char* kLargestPage = "largest page";
 constexpr double kRounding = 1e-6;      // mm
 constexpr double kSquareSizeStep = 0.1; // mm
 
@@ -90,7 +91,8 @@ std::string sizeAdvice(PrintedBoard board, int modules, const Paper& paper) {
   std::string advice = squares + (squares.empty() || size.empty() ? "" : ", or ");
   advice += squares.empty() && !size.empty() ? "it holds " + size : size;
   throw ToolError("the board needs " + sizeInMillimetres(needed) +
-                  " with its margins and the lines below it, the paper is " +
+                  " with its margins and the lines below it, " +
+                  (paper.name == kLargestPage ? "a page is at most " : "the paper is ") +
                   sizeInMillimetres(paper.size) + (advice.empty() ? "" : "; " + advice));
 }
 
@@ -99,7 +101,7 @@ std::string sizeAdvice(PrintedBoard board, int modules, const Paper& paper) {
 cv::Size2d choosePage(const PrintedBoard& board, int modules, const Paper& paper) {
   const cv::Size2d needed = pageNeeded(board, modules, 0);
   if (paper.isMadeToFit()) {
-    const Paper largest{"", {kMaxPage, kMaxPage}};
+    const Paper largest{kLargestPage, {kMaxPage, kMaxPage}};
     if (!fitsPaper(board, modules, largest)) refuse(board, modules, largest, needed);
     return needed;
   }
