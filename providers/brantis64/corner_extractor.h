@@ -3,6 +3,7 @@
 #define VELMORN64_PROVIDERS_BRANTIS64_CORNER_EXTRACTOR_H
 
 #include <array>
+#include <cstddef>
 #include <vector>
 
 #include <opencv2/core.hpp>
@@ -14,6 +15,8 @@ struct BoardCorner {
   cv::Point2f pixel;   // (0, 0) is the centre of the first pixel
   cv::Point2f onBoard; // board frame: x right, y down
 };
+
+constexpr std::size_t kMostCorners = 512;
 
 // Grows from the four corners of one square over the board.
 //

@@ -9,8 +9,11 @@
 namespace velmorn {
 namespace {
 
-// Samples per pixel and direction where a pixel is not of one colour.
-constexpr int kSubpixels = 8;
+// Samples of a pixel that is not of one colour: a Fibonacci lattice, whose points all differ in x and
+// in y. An edge along the pixels is then off by 1/178 pixel at most, where a square raster of as many
+// samples would err by 1/18.
+constexpr int kSamples = 89;
+constexpr int kSampleStep = 55;
 
 // Undoes the distortion of one normalised point by fixed-point iteration, far below a hundredth of
 // a pixel for the lenses of the tests.
@@ -70,16 +73,14 @@ using PixelCorners = std::array<cv::Vec2f, 4>; // upper left, upper right, lower
 // The mean shade of a pixel across an edge; inside the pixel the lens is as good as linear.
 float meanShade(const PlanePicture& picture, const PixelCorners& corners) {
   float sum = 0;
-  for (int sy = 0; sy < kSubpixels; ++sy) {
-    const float fy = (static_cast<float>(sy) + 0.5F) / kSubpixels;
-    const cv::Vec2f left = corners[0] * (1 - fy) + corners[2] * fy;
-    const cv::Vec2f right = corners[1] * (1 - fy) + corners[3] * fy;
-    for (int sx = 0; sx < kSubpixels; ++sx) {
-      const float fx = (static_cast<float>(sx) + 0.5F) / kSubpixels;
-      sum += picture.shade(picture.area(left * (1 - fx) + right * fx));
-    }
+  for (int k = 0; k < kSamples; ++k) {
+    const float fx = (static_cast<float>(k) + 0.5F) / kSamples;
+    const float fy = (static_cast<float>(k * kSampleStep % kSamples) + 0.5F) / kSamples;
+    const cv::Vec2f upper = corners[0] * (1 - fx) + corners[1] * fx;
+    const cv::Vec2f lower = corners[2] * (1 - fx) + corners[3] * fx;
+    sum += picture.shade(picture.area(upper * (1 - fy) + lower * fy));
   }
-  return sum / (kSubpixels * kSubpixels);
+  return sum / kSamples;
 }
 
 cv::Mat_<float> drawPicture(const PlanePicture& picture, const cv::Mat_<cv::Vec2f>& points) {

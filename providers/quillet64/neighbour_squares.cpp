@@ -1,0 +1,71 @@
+// From a black square to the white squares around it.
+#include "quillet64/neighbour_squares.h"
+
+#include <algorithm>
+
+#include <opencv2/imgproc.hpp>
+
+#include "quillet64/image_pyramid.h"
+
+namespace velmorn::quillet {
+namespace {
+
+// Half of the refinement's window. The plain margin around a code is an eighth of the square; a
+// window beyond it would see modules.
+constexpr float kWindowShare = 0.11F; // of the square's side
+constexpr int kMinWindow = 2;         // pixels
+constexpr int kMaxWindow = 6;         // pixels
+// Squares below this have no room for a window; they wait for the next level.
+constexpr float kMinRefinedSide = 11; // pixels
+
+Quad mapQuad(const cv::Matx33d& imageFromSquare, const std::array<cv::Point2d, 4>& corners) {
+  Quad quad;
+  for (std::size_t k = 0; k < 4; ++k) quad[k] = cv::Point2f(mapPoint(imageFromSquare, corners[k]));
+  return quad;
+}
+
+int windowFor(float side) {
+  return std::clamp(static_cast<int>(kWindowShare * side), kMinWindow, kMaxWindow);
+}
+
+} // namespace
+
+std::array<Quad, 4> neighbourSquares(const Quad& quad) {
+  const cv::Matx33d map = imageFromSquare(quad);
+  std::array<Quad, 4> neighbours = {
+      mapQuad(map, {{{0, -1}, {1, -1}, {1, 0}, {0, 0}}}), // above
+      mapQuad(map, {{{1, 0}, {2, 0}, {2, 1}, {1, 1}}}),   // to the right
+      mapQuad(map, {{{0, 1}, {1, 1}, {1, 2}, {0, 2}}}),   // below
+      mapQuad(map, {{{-1, 0}, {0, 0}, {0, 1}, {-1, 1}}})  // to the left
+  };
+  return neighbours;
+}
+
+Quad refinedQuad(const cv::Mat& grey, const Quad& quad) {
+  const float side = shortestSide(quad);
+  if (!(side >= kMinRefinedSide)) return quad;
+  const int window = windowFor(side);
+  const cv::TermCriteria until(cv::TermCriteria::COUNT | cv::TermCriteria::EPS, 15, 0.02);
+  const cv::Rect2f inner(static_cast<float>(window + 2), static_cast<float>(window + 2),
+                         static_cast<float>(grey.cols - 2 * window - 4),
+                         static_cast<float>(grey.rows - 2 * window - 4));
+  Quad refined = quad;
+  for (cv::Point2f& corner : refined) {
+    if (!inner.contains(corner)) continue;
+    std::vector<cv::Point2f> moved{corner};
+    cv::cornerSubPix(grey, moved, {window, window}, {-1, -1}, until);
+    corner = moved[0];
+  }
+  return refined;
+}
+
+Quad refinedQuad(const std::vector<cv::Mat>& pyramid, std::size_t level, const Quad& quad) {
+  Quad refined = refinedQuad(pyramid[level], quad);
+  while (level-- > 0) {
+    for (cv::Point2f& corner : refined) corner = onFinerLevel(corner);
+    refined = refinedQuad(pyramid[level], refined);
+  }
+  return refined;
+}
+
+} // namespace velmorn::quillet

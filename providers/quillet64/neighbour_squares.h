@@ -1,0 +1,27 @@
+// From a black square to the white squares around it.
+#ifndef VELMORN64_PROVIDERS_QUILLET64_NEIGHBOUR_SQUARES_H
+#define VELMORN64_PROVIDERS_QUILLET64_NEIGHBOUR_SQUARES_H
+
+#include <array>
+#include <vector>
+
+#include <opencv2/core.hpp>
+
+#include "quillet64/square_geometry.h"
+
+namespace velmorn::quillet {
+
+// The four squares that share a side with the given one, continued by its own perspective, each
+// with the frame's direction of the given one.
+std::array<Quad, 4> neighbourSquares(const Quad& quad);
+
+// Corners drawn to the crossings of the pattern next to them, to a fraction of a pixel; those too
+// near to the image's border stay.
+Quad refinedQuad(const cv::Mat& grey, const Quad& quad);
+
+// A square found on a level of the pyramid, refined from level to level, in pixels of level 0.
+Quad refinedQuad(const std::vector<cv::Mat>& pyramid, std::size_t level, const Quad& quad);
+
+} // namespace velmorn::quillet
+
+#endif // VELMORN64_PROVIDERS_QUILLET64_NEIGHBOUR_SQUARES_H
