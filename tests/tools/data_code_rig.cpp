@@ -2,6 +2,7 @@
 #include "tools/data_code_rig.h"
 
 #include <algorithm>
+#include <cmath>
 
 #include <opencv2/calib3d.hpp>
 #include <opencv2/imgcodecs.hpp>
@@ -42,6 +43,12 @@ cv::Matx44d placeBoard(int shot) {
   return rotated({0.8 * shot, -0.4 * shot, 0.3 * shot}, {3.0 * shot, -4.0 * shot, 2.0 * shot});
 }
 
+// The distortion's polynomial brings places far outside the image back into it.
+bool isNearImage(cv::Point2f place) {
+  return std::abs(place.x / static_cast<float>(kImageSize.width) - 0.5F) < 0.7F &&
+         std::abs(place.y / static_cast<float>(kImageSize.height) - 0.5F) < 0.7F;
+}
+
 } // namespace
 
 DataCodeRig::DataCodeRig(int cameraCount, int shots)
@@ -68,9 +75,15 @@ cv::Matx44d DataCodeRig::camFromCam(int target, int source) const {
 }
 
 cv::Range DataCodeRig::columnsSeen(int camera, int shot) const {
+  const velmorn::CameraModel& model = cameras_[static_cast<std::size_t>(camera)];
+  velmorn::CameraModel plain = model;
+  plain.distortion = cv::Vec<double, 12>::all(0);
   cv::Range seen(board_.columns, 0);
-  for (const CodeBoardCorner& corner : visibleCodeBoardCorners(
-           cameras_[static_cast<std::size_t>(camera)], board_, camFromBoard(camera, shot), 0)) {
+  for (const CodeBoardCorner& corner :
+       visibleCodeBoardCorners(model, board_, camFromBoard(camera, shot), 0)) {
+    const cv::Point3f onBoard(corner.onBoard.x, corner.onBoard.y, 0);
+    const cv::Point2f place = projectPoints(plain, camFromBoard(camera, shot), {onBoard}).front();
+    if (!isNearImage(place)) continue;
     seen.start = std::min(seen.start, corner.column - 1);
     seen.end = std::max(seen.end, corner.column + 1);
   }
