@@ -41,8 +41,11 @@ class CornersProcess : public TempDirTest {
   void writeShot(const std::string& name) {
     camFromBoard_ = cv::Matx44d(1, 0, 0, -120, 0, 1, 0, -90, 0, 0, 1, 300, 0, 0, 0, 1);
     const CodeBoardSymbols symbols(board_);
+    ImageEffects effects;
+    effects.blurSigma = 0.8;
+    effects.noiseSigma = 3;
     cv::imwrite((dir() / name).string(),
-                CodeBoardRenderer(camera_).render(board_, symbols, camFromBoard_));
+                CodeBoardRenderer(camera_).render(board_, symbols, camFromBoard_, effects));
   }
 
   CodeBoardSpec board_{12, 9, 20};

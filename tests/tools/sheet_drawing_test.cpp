@@ -16,10 +16,10 @@ namespace {
 using testing::HasSubstr;
 using testing::Not;
 
-// The drawing library keeps places to 1/256 point.
-constexpr double kHalfStep = 25.4 / 72 / 256 / 2 + 1e-6; // mm
+// The drawing library keeps places to 1/256 point and writes at least three decimals.
+constexpr double kHalfStep = 25.4 / 72 * (0.5 / 256 + 0.0005) + 1e-6; // mm
 
-const PrintedBoard kBoard = {{6, 4, 12.5}, false};
+const PrintedBoard kBoard = {{6, 4, 20}, false};
 
 BoardSheet sheetOf(const PrintedBoard& board) { return layOut(board, *parsePaper("fit")); }
 
@@ -28,7 +28,8 @@ std::string readCode(const cv::Mat& picture) {
                               static_cast<int>(picture.step));
   const ZXing::Result result =
       ZXing::ReadBarcode(view, ZXing::DecodeHints().setFormats(ZXing::BarcodeFormat::DataMatrix));
-  return result.isValid() ? result.text() : "";
+  const std::wstring text = result.isValid() ? result.text() : L"";
+  return {text.begin(), text.end()};
 }
 
 // Reads the code of every white square of a picture of the whole page.

@@ -64,6 +64,13 @@ std::string checkPictureFile(const std::string& text) {
   return isPictureName(text) ? "" : "has to be a .png, .jpg, .bmp or .tif file";
 }
 
+std::string checkDpi(const std::string& text) {
+  double dpi = 0;
+  const bool isNumber = CLI::detail::lexical_cast(text, dpi);
+  if (isNumber && dpi >= kLeastDpi && dpi <= kMostDpi) return "";
+  return "has to be " + shortText(kLeastDpi) + " to " + shortText(kMostDpi);
+}
+
 // What depends on two options.
 void checkPrintOptions(const PrintOptions& options, const CLI::App& command) {
   const CodeBoardSpec& spec = options.board.spec;
@@ -93,7 +100,7 @@ void addBoard(CLI::App& app, PrintOptions& options) {
   command
       .add_option("--dpi", options.dpi,
                   "Resolution of a .png; the next one that gives whole pixels is taken")
-      ->check(CLI::Range(kLeastDpi, kMostDpi))
+      ->check(CLI::Validator(checkDpi, "DPI"))
       ->capture_default_str();
   command.add_option("-o,--output", options.output, "File to write, .pdf, .svg or .png")
       ->required()

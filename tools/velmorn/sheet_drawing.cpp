@@ -85,6 +85,15 @@ void drawTo(const Surface& surface, const BoardSheet& sheet) {
   requireSuccess(cairo_surface_status(surface.get()));
 }
 
+// The drawing library counts its surfaces and writes the number of this one as a name.
+std::string withoutSurfaceNumber(const std::string& file) {
+  const std::string head = "<g id=\"surface";
+  const std::size_t begin = file.find(head);
+  const std::size_t end = begin == std::string::npos ? begin : file.find('"', begin + head.size());
+  if (end == std::string::npos) return file;
+  return file.substr(0, begin) + "<g id=\"board" + file.substr(end);
+}
+
 // How far a place has to move to lie between two pixels.
 double towardsPixelEdge(double place) { return std::round(place) - place; }
 
@@ -117,7 +126,7 @@ std::string sheetAsSvg(const BoardSheet& sheet) {
                                           sheet.page.height * kPointsPerMillimetre),
       &cairo_surface_destroy);
   drawTo(surface, sheet);
-  return file;
+  return withoutSurfaceNumber(file);
 }
 
 std::string sheetAsPng(const BoardSheet& sheet, double pixelsPerMillimetre) {
