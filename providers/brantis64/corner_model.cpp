@@ -81,7 +81,9 @@ bool CornerFitter::fit(const CornerTask& task, CornerFit& result) {
     if (std::abs(model.value[kRowLineShift]) > task.radius ||
         std::abs(model.value[kColumnLineShift]) > task.radius)
       return false;
-    if (largest < task.tolerance || iteration + 1 == kMaxIterations) break;
+    // The first step only finds the light, however good the start is.
+    const bool isSettled = iteration > 0 && largest < task.tolerance;
+    if (isSettled || iteration + 1 == kMaxIterations) break;
   }
   judge(model, unknowns, task.whiteLowerRight, result);
   result.pixel += task.frame.pixel;
