@@ -12,7 +12,6 @@
 namespace velmorn::brantis {
 namespace {
 
-constexpr std::size_t kLanes = 16; // windows are filled up to a multiple
 constexpr std::size_t kMinPixels = 40;
 constexpr int kMaxIterations = 10;
 constexpr double kMaxStep = 1.5; // pixels
@@ -27,7 +26,6 @@ constexpr double kAbsoluteRidge = 1e-2;
 // A code's grey is known on average only: how much a pixel errs that sees nothing but code,
 // against one that sees none.
 constexpr float kCodeError = 10;
-constexpr float kTooMuchCode = 0.5F; // share of code above which a pixel is left out
 
 cv::Point2d unit(const cv::Point2d& p) { return p * (1 / std::hypot(p.x, p.y)); }
 
@@ -35,16 +33,6 @@ cv::Point2d unit(const cv::Point2d& p) { return p * (1 / std::hypot(p.x, p.y)); 
 cv::Point2d unitNormal(const cv::Point2d& along, const cv::Point2d& towards) {
   const cv::Point2d normal(-along.y, along.x);
   return normal.dot(towards) < 0 ? -normal : normal;
-}
-
-// Sums in lanes of their own, which leaves the compiler free to use vectors.
-double dot(const float* a, const float* b, std::size_t n) {
-  std::array<float, kLanes> sums{};
-  for (std::size_t k = 0; k < n; k += kLanes)
-    for (std::size_t lane = 0; lane < kLanes; ++lane) sums[lane] += a[k + lane] * b[k + lane];
-  double sum = 0;
-  for (float s : sums) sum += static_cast<double>(s);
-  return sum;
 }
 
 // The share of a pixel's light that comes from beyond an edge.
@@ -81,7 +69,9 @@ bool CornerFitter::fit(const CornerTask& task, CornerFit& result) {
     if (std::abs(model.value[kRowLineShift]) > task.radius ||
         std::abs(model.value[kColumnLineShift]) > task.radius)
       return false;
-    if (largest < task.tolerance || iteration + 1 == kMaxIterations) break;
+    // The first step only finds the light, however good the start is.
+    const bool isSettled = iteration > 0 && largest < task.tolerance;
+    if (isSettled || iteration + 1 == kMaxIterations) break;
   }
   judge(model, unknowns, task.whiteLowerRight, result);
   result.pixel += task.frame.pixel;
@@ -109,15 +99,7 @@ bool CornerFitter::collectWindow(const CornerTask& task) {
   const int bottom = std::min(grey_.rows - 1, cvFloor(centre.y + task.radius));
   if (left > right || top > bottom) return false;
 
-  const std::size_t most =
-      static_cast<std::size_t>(right - left + 1) * static_cast<std::size_t>(bottom - top + 1);
-  const std::size_t capacity = (most + kLanes - 1) / kLanes * kLanes;
-  for (std::vector<float>* v : {&window_.x, &window_.y, &window_.grey, &window_.weight,
-                                &window_.firstCode, &window_.secondCode, &residual_, &weighted_})
-    if (v->size() < capacity) v->resize(capacity);
-  for (std::vector<float>& v : derivative_)
-    if (v.size() < capacity) v.resize(capacity);
-
+  pixels_.clear();
   const SquareCoordinates squares(task.frame);
   const double radius2 = task.radius * task.radius;
   std::size_t count = 0;
@@ -131,16 +113,16 @@ bool CornerFitter::collectWindow(const CornerTask& task) {
       if (p.x < -task.reach.left || p.x > task.reach.right || p.y < -task.reach.up ||
           p.y > task.reach.down)
         continue;
-      window_.x[count] = static_cast<float>(x);
-      window_.y[count] = static_cast<float>(y);
-      window_.grey[count] = static_cast<float>(line[column]);
+      const std::size_t lane = count % kLanes;
+      if (lane == 0) pixels_.emplace_back();
+      pixels_.back().x[lane] = static_cast<float>(x);
+      pixels_.back().y[lane] = static_cast<float>(y);
+      pixels_.back().grey[lane] = static_cast<float>(line[column]);
       ++count;
     }
   }
   if (count < kMinPixels) return false;
-  window_.size = (count + kLanes - 1) / kLanes * kLanes;
-  for (std::size_t k = count; k < window_.size; ++k)
-    window_.x[k] = window_.y[k] = window_.grey[k] = 0;
+  equations_.resize(pixels_.size());
   weighCodes(task, count);
   return true;
 }
@@ -157,19 +139,18 @@ void CornerFitter::weighCodes(const CornerTask& task, std::size_t count) {
   const auto vy = static_cast<float>(atY.y * rowScale * rowSign);
   const auto u0 = static_cast<float>(kCodeMargin * columnScale);
   const auto v0 = static_cast<float>(kCodeMargin * rowScale);
-  const float *x = window_.x.data(), *y = window_.y.data();
-  float *first = window_.firstCode.data(), *second = window_.secondCode.data();
-  float* weight = window_.weight.data();
-  for (std::size_t k = 0; k < window_.size; ++k) {
-    const float u = ux * x[k] + uy * y[k], v = vx * x[k] + vy * y[k];
-    const float a = shareBeyond(u - u0) * shareBeyond(v - v0);
-    const float b = shareBeyond(-u - u0) * shareBeyond(-v - v0);
-    const float error = kCodeError * (a + b);
-    first[k] = a;
-    second[k] = b;
-    weight[k] = a + b > kTooMuchCode ? 0.0F : 1 / (1 + error * error);
-  }
-  for (std::size_t k = count; k < window_.size; ++k) weight[k] = 0;
+  for (PixelBlock& pixels : pixels_)
+    for (std::size_t k = 0; k < kLanes; ++k) {
+      const float u = ux * pixels.x[k] + uy * pixels.y[k];
+      const float v = vx * pixels.x[k] + vy * pixels.y[k];
+      const float a = shareBeyond(u - u0) * shareBeyond(v - v0);
+      const float b = shareBeyond(-u - u0) * shareBeyond(-v - v0);
+      const float error = kCodeError * (a + b), share = 1 / (1 + error * error);
+      pixels.firstCode[k] = a;
+      pixels.secondCode[k] = b;
+      pixels.weight[k] = share * share;
+    }
+  for (std::size_t k = count; k < pixels_.size() * kLanes; ++k) pixels_.back().weight[k % kLanes] = 0;
 }
 
 // Residuals and derivatives of every pixel. Where the edges do not meet at a right angle the product
@@ -189,47 +170,60 @@ void CornerFitter::linearise(const Model& model, double radius) {
   const float lightX = f(model.value[kLightX]), lightY = f(model.value[kLightY]);
   const float code1 = f(model.value[kFirstCode]), code2 = f(model.value[kSecondCode]);
 
-  const float *x = window_.x.data(), *y = window_.y.data(), *grey = window_.grey.data();
-  const float *first = window_.firstCode.data(), *second = window_.secondCode.data();
-  float *dShift1 = derivative_[kRowLineShift].data(), *dTurn1 = derivative_[kRowLineTurn].data();
-  float *dShift2 = derivative_[kColumnLineShift].data(), *dTurn2 = derivative_[kColumnLineTurn].data();
-  float *dContrast = derivative_[kContrast].data(), *dLevel = derivative_[kLevel].data();
-  float *dLightX = derivative_[kLightX].data(), *dLightY = derivative_[kLightY].data();
-  float *dBlur = derivative_[kBlur].data(), *residual = residual_.data();
-  for (std::size_t k = 0; k < window_.size; ++k) {
-    const float along1 = ax1 * x[k] + ay1 * y[k], along2 = ax2 * x[k] + ay2 * y[k];
-    const float t1 = (nx1 * x[k] + ny1 * y[k] - shift1 - bend1 * along1 * along1) * inverse;
-    const float t2 = (nx2 * x[k] + ny2 * y[k] - shift2 - bend2 * along2 * along2) * inverse;
-    const EdgeProfile edge1 = edgeProfile(t1), edge2 = edgeProfile(t2);
-    const float checker = edge1.value * edge2.value + cosine * edge1.slope * edge2.slope;
-    const float across1 = contrast * inverse * edge1.slope * edge2.value;
-    const float across2 = contrast * inverse * edge1.value * edge2.slope;
-    dShift1[k] = -across1;
-    dTurn1[k] = across1 * along1;
-    dShift2[k] = -across2;
-    dTurn2[k] = across2 * along2;
-    dContrast[k] = checker;
-    dLevel[k] = 1;
-    dLightX[k] = x[k] * inverseRadius;
-    dLightY[k] = y[k] * inverseRadius;
-    dBlur[k] = -(t1 * across1 + t2 * across2);
-    residual[k] = grey[k] - (contrast * checker + level + lightX * dLightX[k] +
-                             lightY * dLightY[k] + code1 * first[k] + code2 * second[k]);
+  for (std::size_t block = 0; block < pixels_.size(); ++block) {
+    const PixelBlock& pixels = pixels_[block];
+    EquationBlock& equations = equations_[block];
+    auto& d = equations.derivative;
+    for (std::size_t k = 0; k < kLanes; ++k) {
+      const float x = pixels.x[k], y = pixels.y[k];
+      const float along1 = ax1 * x + ay1 * y, along2 = ax2 * x + ay2 * y;
+      const float t1 = (nx1 * x + ny1 * y - shift1 - bend1 * along1 * along1) * inverse;
+      const float t2 = (nx2 * x + ny2 * y - shift2 - bend2 * along2 * along2) * inverse;
+      const EdgeProfile edge1 = edgeProfile(t1), edge2 = edgeProfile(t2);
+      const float checker = edge1.value * edge2.value + cosine * edge1.slope * edge2.slope;
+      const float across1 = contrast * inverse * edge1.slope * edge2.value;
+      const float across2 = contrast * inverse * edge1.value * edge2.slope;
+      d[kRowLineShift][k] = -across1;
+      d[kRowLineTurn][k] = across1 * along1;
+      d[kColumnLineShift][k] = -across2;
+      d[kColumnLineTurn][k] = across2 * along2;
+      d[kContrast][k] = checker;
+      d[kLevel][k] = 1;
+      d[kLightX][k] = x * inverseRadius;
+      d[kLightY][k] = y * inverseRadius;
+      d[kFirstCode][k] = pixels.firstCode[k];
+      d[kSecondCode][k] = pixels.secondCode[k];
+      d[kBlur][k] = -(t1 * across1 + t2 * across2);
+      equations.residual[k] =
+          pixels.grey[k] -
+          (contrast * checker + level + (lightX * x + lightY * y) * inverseRadius +
+           code1 * pixels.firstCode[k] + code2 * pixels.secondCode[k]);
+    }
+    for (std::size_t i = 0; i < kUnknowns; ++i)
+      for (std::size_t k = 0; k < kLanes; ++k)
+        equations.weighted[i][k] = d[i][k] * pixels.weight[k];
   }
-  std::copy_n(first, window_.size, derivative_[kFirstCode].data());
-  std::copy_n(second, window_.size, derivative_[kSecondCode].data());
 }
 
+// The sums are kept in lanes of their own, as vectors add them up.
 bool CornerFitter::solveStep(int unknowns, std::array<double, kUnknowns>& step) {
-  const std::size_t n = window_.size;
+  const auto sumOf = [](const Lanes& lanes) {
+    double sum = 0;
+    for (float lane : lanes) sum += static_cast<double>(lane);
+    return sum;
+  };
   for (int i = 0; i < unknowns; ++i) {
-    const float *derivative = derivative_[i].data(), *weight = window_.weight.data();
-    float* weighted = weighted_.data();
-    for (std::size_t k = 0; k < n; ++k) weighted[k] = derivative[k] * weight[k];
-    for (int j = 0; j <= i; ++j)
-      normal_[i * kUnknowns + j] = normal_[j * kUnknowns + i] =
-          dot(weighted, derivative_[j].data(), n);
-    gradient_[i] = dot(weighted, residual_.data(), n);
+    for (int j = 0; j <= i; ++j) {
+      Lanes sums{};
+      for (const EquationBlock& block : equations_)
+        for (std::size_t k = 0; k < kLanes; ++k)
+          sums[k] += block.weighted[i][k] * block.derivative[j][k];
+      normal_[i * kUnknowns + j] = normal_[j * kUnknowns + i] = sumOf(sums);
+    }
+    Lanes sums{};
+    for (const EquationBlock& block : equations_)
+      for (std::size_t k = 0; k < kLanes; ++k) sums[k] += block.weighted[i][k] * block.residual[k];
+    gradient_[i] = sumOf(sums);
     normal_[i * kUnknowns + i] += kRelativeRidge * normal_[i * kUnknowns + i] + kAbsoluteRidge;
   }
   auto factor = normal_;
@@ -239,21 +233,23 @@ bool CornerFitter::solveStep(int unknowns, std::array<double, kUnknowns>& step) 
 }
 
 // Judged by the residuals before the last step, which was small.
-void CornerFitter::judge(const Model& model, int unknowns, bool whiteLowerRight, CornerFit& result) {
+void CornerFitter::judge(const Model& model, int unknowns, bool whiteLowerRight,
+                         CornerFit& result) const {
   const double sign = whiteLowerRight ? 1 : -1;
   const double half = model.value[kContrast];
   double weights = 0, errors = 0, checkers = 0, seen = 0, products = 0;
-  for (std::size_t k = 0; k < window_.size; ++k) {
-    const double w = static_cast<double>(window_.weight[k]);
-    const double error = static_cast<double>(residual_[k]);
-    const double checker = static_cast<double>(derivative_[kContrast][k]);
-    const double picture = error + half * checker; // without light and codes
-    weights += w;
-    errors += w * error * error;
-    checkers += w * checker * checker;
-    seen += w * picture * picture;
-    products += w * picture * checker;
-  }
+  for (std::size_t block = 0; block < pixels_.size(); ++block)
+    for (std::size_t k = 0; k < kLanes; ++k) {
+      const double w = static_cast<double>(pixels_[block].weight[k]);
+      const double error = static_cast<double>(equations_[block].residual[k]);
+      const double checker = static_cast<double>(equations_[block].derivative[kContrast][k]);
+      const double picture = error + half * checker; // without light and codes
+      weights += w;
+      errors += w * error * error;
+      checkers += w * checker * checker;
+      seen += w * picture * picture;
+      products += w * picture * checker;
+    }
   result.contrast = 2 * sign * half;
   result.correlation = sign * products / std::sqrt(std::max(checkers * seen, 1e-12));
   result.blur = model.value[kBlur];

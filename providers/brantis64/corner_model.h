@@ -76,11 +76,16 @@ class CornerFitter {
     std::array<double, kUnknowns> value{};
   };
 
-  // Per pixel of the window, filled up with pixels of no weight.
-  struct Window {
-    std::vector<float> x, y; // pixels from the crossing's supposed place
-    std::vector<float> grey, weight, firstCode, secondCode;
-    std::size_t size = 0;
+  // Pixels are kept in blocks, so that the compiler can do a block's pixels side by side.
+  static constexpr std::size_t kLanes = 16;
+  using Lanes = std::array<float, kLanes>;
+  struct PixelBlock {
+    Lanes x{}, y{}; // pixels from the crossing's supposed place
+    Lanes grey{}, weight{}, firstCode{}, secondCode{};
+  };
+  struct EquationBlock {
+    std::array<Lanes, kUnknowns> derivative{}, weighted{};
+    Lanes residual{};
   };
 
   Model startModel(const CornerTask& task) const;
@@ -88,13 +93,11 @@ class CornerFitter {
   void weighCodes(const CornerTask& task, std::size_t count);
   void linearise(const Model& model, double radius);
   bool solveStep(int unknowns, std::array<double, kUnknowns>& step);
-  void judge(const Model& model, int unknowns, bool whiteLowerRight, CornerFit& result);
+  void judge(const Model& model, int unknowns, bool whiteLowerRight, CornerFit& result) const;
 
   cv::Mat1b grey_;
-  Window window_;
-  std::array<std::vector<float>, kUnknowns> derivative_;
-  std::vector<float> residual_;
-  std::vector<float> weighted_;
+  std::vector<PixelBlock> pixels_; // the last one filled up with pixels of no weight
+  std::vector<EquationBlock> equations_;
   std::array<double, kUnknowns * kUnknowns> normal_{};
   std::array<double, kUnknowns> gradient_{};
 };
