@@ -86,7 +86,7 @@ TEST_F(CornersProcess, ListsWritesAndDraws) {
 TEST_F(CornersProcess, ListsAllWhenAsked) {
   writeShot("shot.png");
   const std::string out = run({"shot.png", "--all"}).out;
-  EXPECT_EQ(std::count(out.begin(), out.end(), '\n'), 3 + 1 + 129);
+  EXPECT_EQ(std::count(out.begin(), out.end(), '\n'), 4 + 130);
   EXPECT_EQ(fs::exists(dir() / "c.csv"), false);
 }
 

@@ -16,7 +16,7 @@ namespace velmorn::tool {
 namespace {
 
 constexpr double kSquare = 20;    // mm
-constexpr int kColumnsEach = 17;  // from one camera to the next, squares
+constexpr int kColumnsEach = 21;  // from one camera to the next, squares
 constexpr int kRows = 16;         // squares
 constexpr double kDistance = 230; // from the cameras to the board, mm
 constexpr double kRadians = CV_PI / 180;

@@ -16,15 +16,16 @@ namespace {
 
 constexpr std::array<const char*, 6> kExtensions = {".png", ".jpg", ".jpeg",
                                                     ".bmp", ".tif", ".tiff"};
-constexpr int kNumberedLines = 5; // every so many grid lines
-constexpr int kFractionBits = 4;  // of the places that are drawn at
+constexpr int kNumberedLines = 5;    // every so many grid lines
+constexpr double kNumberSize = 0.08; // of the numbers, per pixel of a cross's arm
+constexpr int kFractionBits = 4;     // of the places that are drawn at
 
 const cv::Scalar kCrossColour(0, 200, 0); // blue, green, red
 const cv::Scalar kSquareColour(255, 96, 0);
 const cv::Scalar kNumberColour(0, 0, 255);
 
 // Pixels; large images are looked at from farther away.
-int crossArm(const cv::Mat& image) { return std::max(3, std::min(image.cols, image.rows) / 250); }
+int crossArm(const cv::Mat& image) { return std::max(4, std::min(image.cols, image.rows) / 160); }
 
 cv::Point drawnAt(cv::Point2f place) { return place * (1 << kFractionBits); }
 
@@ -42,7 +43,7 @@ void drawNumber(cv::Mat& picture, const GridCorner& corner) {
   const int arm = crossArm(picture);
   const std::string text = std::to_string(corner.column) + "," + std::to_string(corner.row);
   const cv::Point start(cvRound(corner.pixel.x) + arm, cvRound(corner.pixel.y) - arm);
-  cv::putText(picture, text, start, cv::FONT_HERSHEY_SIMPLEX, 0.12 * arm, kNumberColour, 1,
+  cv::putText(picture, text, start, cv::FONT_HERSHEY_SIMPLEX, kNumberSize * arm, kNumberColour, 1,
               cv::LINE_AA);
 }
 
