@@ -12,8 +12,8 @@ namespace {
 using testing::HasSubstr;
 using testing::Optional;
 
-constexpr ImageOutcome kYes = ImageOutcome::kBoardFound;
-constexpr ImageOutcome kNo = ImageOutcome::kNoBoard;
+constexpr ImageOutcome kWith = ImageOutcome::kBoardFound;
+constexpr ImageOutcome kWithout = ImageOutcome::kNoBoard;
 
 class DataCodeLinks : public testing::Test {
  protected:
@@ -34,7 +34,8 @@ class DataCodeLinks : public testing::Test {
   }
 
   Rig rig_;
-  OutcomeMap outcomes_ = {{"a", {kYes, kNo}}, {"b", {kYes, kYes}}, {"c", {kNo, kYes}}};
+  OutcomeMap outcomes_ = {
+      {"a", {kWith, kWithout}}, {"b", {kWith, kWith}}, {"c", {kWithout, kWith}}};
 };
 
 cv::Matx44d shifted(double x, double y, double z) {
@@ -70,14 +71,14 @@ TEST_F(DataCodeLinks, EntriesAreBaseFromCam) {
   EXPECT_EQ(places.at("c").camFromBase, inversePose(baseFromC));
   EXPECT_EQ(places.at("a").baseFromCam, cv::Matx44d::eye());
 
-  outcomes_["c"] = {kNo, kNo};
+  outcomes_["c"] = {kWithout, kWithout};
   EXPECT_THAT(toolError([&] { findDataCodePlaces(rig_, result, outcomes_); }),
               HasSubstr("camera \"c\" was linked by other images"));
 }
 
 TEST_F(DataCodeLinks, NamesTheCamerasWithoutLink) {
   EXPECT_TRUE(idsWithoutLink().empty());
-  outcomes_["a"] = {kNo, kNo};
+  outcomes_["a"] = {kWithout, kWithout};
   EXPECT_THAT(idsWithoutLink(), testing::ElementsAre("a"));
   rig_.base = 0;
   EXPECT_THAT(idsWithoutLink(), testing::ElementsAre("b", "c"));
