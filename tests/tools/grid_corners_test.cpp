@@ -64,6 +64,25 @@ TEST(GridCorners, TakeOddNumbers) {
   EXPECT_NO_THROW(numberCorners(view));
 }
 
+TEST(CodeIn, TakesTheTextOffTheConsole) {
+  const std::string numbers = "\nparsed code content is (3,2),(20.000000,20.000000)\n";
+  EXPECT_EQ(codeIn("finded code is 3,2,20" + numbers), "3,2,20");
+  EXPECT_EQ(codeIn("finded code is 3,2,20" + numbers +
+                   "calibCornerExtractExt failed.return value is -14\n"),
+            "3,2,20");
+  EXPECT_EQ(codeIn("find data code failed\n"), "");
+  EXPECT_EQ(codeIn("dcProcess failed.return value is -2\n"), "");
+  EXPECT_EQ(codeIn(""), "");
+}
+
+TEST(CodeIn, TakesAnyText) {
+  const std::string numbers = "\nparsed code content is (0,0),(0.000000,0.000000)\n";
+  for (const std::string& code :
+       {std::string("a\nfind data code failed\n"), std::string("x" + numbers), std::string(" "),
+        std::string("%s%n")})
+    EXPECT_EQ(codeIn("finded code is " + code + numbers), code);
+}
+
 class ViewOfAnImage : public TempDirTest {};
 
 TEST_F(ViewOfAnImage, SaysWhyItHasNoCorners) {

@@ -21,14 +21,6 @@ tagOzKImage recordOf(const cv::Mat& pixels) {
   return image;
 }
 
-// The library gives the code's text on the console alone, and its numbers on the next line.
-std::string codeFrom(const std::string& said) {
-  const std::string head = "finded code is ";
-  const std::size_t end = said.rfind("\nparsed code content is (");
-  if (said.compare(0, head.size(), head) != 0 || end == std::string::npos) return "";
-  return said.substr(head.size(), end - head.size());
-}
-
 std::string problemOf(int status, const std::string& code, std::size_t corners) {
   if (status == kOzkNoDataCode) return "no data code found";
   if (status != kOzkSuccess && code.empty())
@@ -40,6 +32,14 @@ std::string problemOf(int status, const std::string& code, std::size_t corners) 
 }
 
 } // namespace
+
+// The library gives the code's text on the console alone, and its numbers on the next line.
+std::string codeIn(const std::string& console) {
+  const std::string head = "finded code is ";
+  const std::size_t end = console.rfind("\nparsed code content is (");
+  if (console.compare(0, head.size(), head) != 0 || end == std::string::npos) return "";
+  return console.substr(head.size(), end - head.size());
+}
 
 DataCodeView findDataCodeBoard(const cv::Mat& grey) {
   DataCodeView view;
@@ -55,7 +55,7 @@ DataCodeView findDataCodeBoard(const cv::Mat& grey) {
   {
     const LibraryConsole console;
     status = ozkFindDataCodeChessCornerPtAndWorldPt(&image, inImage, onBoard);
-    view.code = codeFrom(console.text());
+    view.code = codeIn(console.text());
   }
   for (const tagOzKPoint2Df32& p : inImage) view.pixels.emplace_back(p.x, p.y);
   for (const tagOzKPoint3Df32& p : onBoard) view.onBoard.emplace_back(p.x, p.y, p.z);

@@ -21,6 +21,10 @@ struct DataCodeView {
 // grey  8-bit, one channel; empty for an image that could not be read
 DataCodeView findDataCodeBoard(const cv::Mat& grey);
 
+// The text of the code that was used, from what the library said on the console; empty when none
+// was read. The text is any text, also one that looks like the library's own lines.
+std::string codeIn(const std::string& console);
+
 } // namespace velmorn::tool
 
 #endif // VELMORN64_TOOLS_DATA_CODE_VIEW_H
