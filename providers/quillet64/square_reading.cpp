@@ -13,8 +13,11 @@ namespace {
 
 constexpr std::array<int, 3> kSymbolSizes = {12, 14, 16}; // modules
 constexpr double kMinFinderScore = 0.25;
-constexpr double kMinDeconvolvedScore = 0.12;
-constexpr double kBlursPerModule = 3; // modules smaller than this are deconvolved
+// Blurred, the solid borders are grey and the alternating ones are lost: they say little.
+constexpr double kMinBlurredFinderScore = -0.2;
+// Modules between these many blurs are deconvolved; larger ones stand apart, smaller ones are lost.
+constexpr double kMinBlursPerModule = 0.95;
+constexpr double kMaxBlursPerModule = 3;
 
 struct SizedModules {
   cv::Mat_<float> darkness; // upright
@@ -54,7 +57,9 @@ std::optional<SquareText> readDeconvolved(const cv::Mat& grey, const Quad& quad,
   for (const SizedModules& size : sizes) {
     const int modules = size.darkness.rows;
     const double pixels = kCodeShare * static_cast<double>(shortestSide(quad)) / modules;
-    if (size.score < kMinDeconvolvedScore || pixels > kBlursPerModule * sigma) continue;
+    if (size.score < kMinBlurredFinderScore || pixels < kMinBlursPerModule * sigma ||
+        pixels > kMaxBlursPerModule * sigma)
+      continue;
     if (budget.deconvolutions-- <= 0) return std::nullopt;
     const Quad turned = turnedQuad(quad, size.turns);
     SquareLook turnedLook = lookAtSquare(grey, turned).value_or(look);
