@@ -10,12 +10,12 @@
 namespace velmorn::quillet {
 namespace {
 
-constexpr int kDarker = 7;    // grey levels below the mean
-constexpr int kMinExtent = 4; // pixels, of an area's bounding box
+constexpr int kDarker = 7;              // grey levels below the mean
+constexpr int kMinExtent = 4;           // pixels, of an area's bounding box
 constexpr std::size_t kMinOutline = 10; // pixels along it
 constexpr std::size_t kMaxOutlines = 1500;
-constexpr double kOuterSign = -1;       // of an outer outline's area; that of a hole is opposite
-constexpr double kMinBoxFill = 0.2;     // of an outline in its bounding box
+constexpr double kOuterSign = -1;   // of an outer outline's area; that of a hole is opposite
+constexpr double kMinBoxFill = 0.2; // of an outline in its bounding box
 constexpr std::size_t kMaxQuads = 500;
 constexpr double kMinSolidity = 0.8; // of an outline in its convex hull
 constexpr double kMinQuadFill = 0.8; // of the hull in its quadrilateral, and the other way round
@@ -26,8 +26,8 @@ using Outline = std::vector<cv::Point>;
 
 bool isPlausible(const Outline& outline, const cv::Size& size) {
   const cv::Rect box = cv::boundingRect(outline);
-  const bool isWithin = box.x > 0 && box.y > 0 && box.x + box.width < size.width &&
-                        box.y + box.height < size.height;
+  const bool isWithin =
+      box.x > 0 && box.y > 0 && box.x + box.width < size.width && box.y + box.height < size.height;
   const double area = cv::contourArea(outline, true);
   return isWithin && std::min(box.width, box.height) >= kMinExtent &&
          kOuterSign * area >= kMinBoxFill * box.area();
