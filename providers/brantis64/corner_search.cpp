@@ -12,7 +12,7 @@ namespace {
 
 constexpr double kSearchFitRadius = 7;      // pixels
 constexpr double kMinSearch = 2;            // pixels
-constexpr double kMaxSearch = 14;           // pixels
+constexpr double kMaxSearch = 20;           // pixels
 constexpr double kDirectReach = 1.5;        // pixels that a fit may move without a search
 constexpr double kAfterSearchReach = 1.5;   // the same after a search
 constexpr double kMinSearchCorrelation = 0.6;

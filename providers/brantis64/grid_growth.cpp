@@ -14,7 +14,7 @@ namespace {
 
 // How far the seeds' places may be off, and how far predictions, squares.
 constexpr double kSeedSearch = 0.09;
-constexpr double kGrowthSearch = 0.06;
+constexpr double kGrowthSearch = 0.1;
 
 // A square's side by its code's, as readers outline codes: as given, then from the modules' outer
 // edges to their centres.
@@ -25,7 +25,7 @@ constexpr std::size_t kTrialCorners = 24;     // found around the square in a tr
 constexpr std::size_t kSureCorners = 16;      // a trial with as many needs no further ones
 
 // How much a place's support must have grown to be tried again, and how often in all.
-constexpr float kMoreSupport = 1.6F;
+constexpr float kMoreSupport = 1.4F;
 
 struct Candidate {
   float support;

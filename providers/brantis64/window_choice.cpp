@@ -10,7 +10,7 @@
 namespace velmorn::brantis {
 namespace {
 
-constexpr double kRadius = 12;        // pixels
+constexpr double kRadius = 16;        // pixels
 constexpr double kBendLength = 90;    // pixels on each side that a line's bend is taken over
 constexpr int kMinBendReach = 2;      // squares
 constexpr int kMaxBendReach = 5;
