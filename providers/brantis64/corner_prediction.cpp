@@ -102,8 +102,8 @@ bool fitHomography(const std::vector<GridSample>& samples, Homography& homograph
   if (isSingular(uu)) return false;
   const cv::Matx33d inverse = uu.inv();
   const double ridge = kPerspectiveRidge * weightSum;
-  const cv::Matx22d schur = d - ux.t() * inverse * ux - uy.t() * inverse * uy +
-                            cv::Matx22d(ridge, 0, 0, ridge);
+  const cv::Matx22d schur =
+      d - ux.t() * inverse * ux - uy.t() * inverse * uy + cv::Matx22d(ridge, 0, 0, ridge);
   const cv::Vec2d gh = schur.inv() * (bd - ux.t() * (inverse * bx) - uy.t() * (inverse * by));
   const cv::Vec3d x = inverse * (bx - ux * gh), y = inverse * (by - uy * gh);
 
@@ -139,8 +139,7 @@ cv::Point2d lensCorrection(const std::vector<GridSample>& samples, const Homogra
 LocalFrame frameOf(const Homography& h) {
   LocalFrame frame;
   frame.pixel = h.at(0, 0);
-  frame.columnStep =
-      h.length * cv::Point2d(h.x[0] - h.w[0] * h.x[2], h.y[0] - h.w[0] * h.y[2]);
+  frame.columnStep = h.length * cv::Point2d(h.x[0] - h.w[0] * h.x[2], h.y[0] - h.w[0] * h.y[2]);
   frame.rowStep = h.length * cv::Point2d(h.x[1] - h.w[1] * h.x[2], h.y[1] - h.w[1] * h.y[2]);
   return frame;
 }
