@@ -14,7 +14,7 @@ constexpr double kBorderMargin = 4;
 constexpr double kMinCorrelation = 0.8;
 
 // Corners whose place is less certain are left out, pixels.
-constexpr double kMaxDeviation = 0.25;
+constexpr double kMaxDeviation = 0.18;
 
 bool insideImage(const cv::Mat1b& grey, const cv::Point2d& pixel, double margin);
 
