@@ -11,7 +11,8 @@ namespace velmorn::brantis {
 
 double estimateBlur(CornerSearch& search, const CornerGrid& grid, std::size_t most) {
   const std::vector<GridCorner>& corners = grid.corners();
-  const std::size_t step = std::max<std::size_t>(1, corners.size() / std::max<std::size_t>(1, most));
+  const std::size_t step =
+      std::max<std::size_t>(1, corners.size() / std::max<std::size_t>(1, most));
   std::vector<double> blurs;
   for (std::size_t i = 0; i < corners.size(); i += step) {
     CornerTask task;

@@ -15,8 +15,8 @@
 namespace velmorn::brantis {
 namespace {
 
-constexpr std::size_t kBlurCorners = 40;   // that the blur is taken from
-constexpr double kMaxFinalMove = 0.7;      // pixels between the search's fit and the final one
+constexpr std::size_t kBlurCorners = 40; // that the blur is taken from
+constexpr double kMaxFinalMove = 0.7;    // pixels between the search's fit and the final one
 
 // The final places, from all corners around each; those that fail are left out.
 std::vector<GridCorner> finalCorners(CornerSearch& search, const cv::Mat1b& grey,

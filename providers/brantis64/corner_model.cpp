@@ -14,8 +14,8 @@ namespace {
 
 constexpr std::size_t kMinPixels = 40;
 constexpr int kMaxIterations = 10;
-constexpr double kMaxStep = 1.5; // pixels
-constexpr double kMaxTurn = 0.2; // radians
+constexpr double kMaxStep = 1.5;               // pixels
+constexpr double kMaxTurn = 0.2;               // radians
 constexpr double kMinBlur = 0.4, kMaxBlur = 4; // pixels
 
 // Added to the diagonal, relative and absolute: keeps unknowns without pixels where they are. Small
@@ -53,18 +53,18 @@ bool CornerFitter::fit(const CornerTask& task, CornerFit& result) {
     const double largest =
         std::max(std::abs(step[kRowLineShift]), std::abs(step[kColumnLineShift]));
     if (!std::isfinite(largest)) return false;
-    const double scale =
-        std::min({1.0, kMaxStep / largest,
-                  kMaxTurn / std::max(std::abs(step[kRowLineTurn]), std::abs(step[kColumnLineTurn]))});
+    const double scale = std::min(
+        {1.0, kMaxStep / largest,
+         kMaxTurn / std::max(std::abs(step[kRowLineTurn]), std::abs(step[kColumnLineTurn]))});
     for (int i = 0; i < unknowns; ++i) model.value[i] += (i < kContrast ? scale : 1) * step[i];
-    model.rowLine.normal = unit(model.rowLine.normal +
-                                scale * step[kRowLineTurn] * model.rowLine.along);
-    model.rowLine.along = unit(model.rowLine.along -
-                               scale * step[kRowLineTurn] * model.rowLine.normal);
-    model.columnLine.normal = unit(model.columnLine.normal +
-                                   scale * step[kColumnLineTurn] * model.columnLine.along);
-    model.columnLine.along = unit(model.columnLine.along -
-                                  scale * step[kColumnLineTurn] * model.columnLine.normal);
+    model.rowLine.normal =
+        unit(model.rowLine.normal + scale * step[kRowLineTurn] * model.rowLine.along);
+    model.rowLine.along =
+        unit(model.rowLine.along - scale * step[kRowLineTurn] * model.rowLine.normal);
+    model.columnLine.normal =
+        unit(model.columnLine.normal + scale * step[kColumnLineTurn] * model.columnLine.along);
+    model.columnLine.along =
+        unit(model.columnLine.along - scale * step[kColumnLineTurn] * model.columnLine.normal);
     model.value[kBlur] = std::clamp(model.value[kBlur], kMinBlur, kMaxBlur);
     if (std::abs(model.value[kRowLineShift]) > task.radius ||
         std::abs(model.value[kColumnLineShift]) > task.radius)
@@ -134,7 +134,8 @@ void CornerFitter::weighCodes(const CornerTask& task, std::size_t count) {
   const double columnScale = squares.columnWidth() / task.blur;
   const double rowScale = squares.rowHeight() / task.blur;
   const double rowSign = task.whiteLowerRight ? 1 : -1;
-  const auto ux = static_cast<float>(atX.x * columnScale), uy = static_cast<float>(atY.x * columnScale);
+  const auto ux = static_cast<float>(atX.x * columnScale),
+             uy = static_cast<float>(atY.x * columnScale);
   const auto vx = static_cast<float>(atX.y * rowScale * rowSign);
   const auto vy = static_cast<float>(atY.y * rowScale * rowSign);
   const auto u0 = static_cast<float>(kCodeMargin * columnScale);
@@ -150,17 +151,20 @@ void CornerFitter::weighCodes(const CornerTask& task, std::size_t count) {
       pixels.secondCode[k] = b;
       pixels.weight[k] = share * share;
     }
-  for (std::size_t k = count; k < pixels_.size() * kLanes; ++k) pixels_.back().weight[k % kLanes] = 0;
+  for (std::size_t k = count; k < pixels_.size() * kLanes; ++k)
+    pixels_.back().weight[k % kLanes] = 0;
 }
 
-// Residuals and derivatives of every pixel. Where the edges do not meet at a right angle the product
-// of their profiles needs a term more, of first order in the cosine of the angle between them.
+// Residuals and derivatives of every pixel. Where the edges do not meet at a right angle the
+// product of their profiles needs a term more, of first order in the cosine of the angle between
+// them.
 void CornerFitter::linearise(const Model& model, double radius) {
   const auto f = [](double v) { return static_cast<float>(v); };
   const Line &row = model.rowLine, &column = model.columnLine;
   const double blur = model.value[kBlur];
   const float inverse = f(1 / blur), inverseRadius = f(1 / radius);
-  const float nx1 = f(row.normal.x), ny1 = f(row.normal.y), ax1 = f(row.along.x), ay1 = f(row.along.y);
+  const float nx1 = f(row.normal.x), ny1 = f(row.normal.y), ax1 = f(row.along.x),
+              ay1 = f(row.along.y);
   const float nx2 = f(column.normal.x), ny2 = f(column.normal.y), ax2 = f(column.along.x),
               ay2 = f(column.along.y);
   const float shift1 = f(model.value[kRowLineShift]), shift2 = f(model.value[kColumnLineShift]);
@@ -195,9 +199,8 @@ void CornerFitter::linearise(const Model& model, double radius) {
       d[kSecondCode][k] = pixels.secondCode[k];
       d[kBlur][k] = -(t1 * across1 + t2 * across2);
       equations.residual[k] =
-          pixels.grey[k] -
-          (contrast * checker + level + (lightX * x + lightY * y) * inverseRadius +
-           code1 * pixels.firstCode[k] + code2 * pixels.secondCode[k]);
+          pixels.grey[k] - (contrast * checker + level + (lightX * x + lightY * y) * inverseRadius +
+                            code1 * pixels.firstCode[k] + code2 * pixels.secondCode[k]);
     }
     for (std::size_t i = 0; i < kUnknowns; ++i)
       for (std::size_t k = 0; k < kLanes; ++k)

@@ -1,8 +1,8 @@
 // The exact place of a crossing: a model of the blurred picture fitted to the pixels around it.
 //
-// The model is a product of two blurred edges, each along a slightly bent line, on a plane of light,
-// with one grey for either code. What the codes' modules do to a pixel is not modelled, so pixels
-// weigh the less the more of a code they see.
+// The model is a product of two blurred edges, each along a slightly bent line, on a plane of
+// light, with one grey for either code. What the codes' modules do to a pixel is not modelled, so
+// pixels weigh the less the more of a code they see.
 #ifndef VELMORN64_PROVIDERS_BRANTIS64_CORNER_MODEL_H
 #define VELMORN64_PROVIDERS_BRANTIS64_CORNER_MODEL_H
 

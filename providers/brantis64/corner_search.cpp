@@ -10,15 +10,16 @@
 namespace velmorn::brantis {
 namespace {
 
-constexpr double kSearchFitRadius = 7;      // pixels
-constexpr double kMinSearch = 2;            // pixels
-constexpr double kMaxSearch = 14;           // pixels
-constexpr double kDirectReach = 1.5;        // pixels that a fit may move without a search
-constexpr double kAfterSearchReach = 1.5;   // the same after a search
+constexpr double kSearchFitRadius = 8;       // pixels
+constexpr double kMaxSearchDeviation = 0.45; // pixels; the final fit sees more
+constexpr double kMinSearch = 2;             // pixels
+constexpr double kMaxSearch = 20;            // pixels
+constexpr double kDirectReach = 1.5;         // pixels that a fit may move without a search
+constexpr double kAfterSearchReach = 1.5;    // the same after a search
 constexpr double kMinSearchCorrelation = 0.6;
-constexpr double kLeastContrast = 12;       // grey levels, of any corner
-constexpr double kContrastShare = 0.35;     // of the neighbours' contrast, and its inverse
-constexpr double kMinSquare = 4;            // pixels, the narrower way
+constexpr double kLeastContrast = 12;   // grey levels, of any corner
+constexpr double kContrastShare = 0.35; // of the neighbours' contrast, and its inverse
+constexpr double kMinSquare = 4;        // pixels, the narrower way
 
 } // namespace
 
@@ -46,8 +47,8 @@ bool CornerSearch::find(const LocalFrame& frame, GridPoint at, const CornerExpec
   return fitNear(moved, at, expected, kAfterSearchReach, found);
 }
 
-bool CornerSearch::fitNear(const LocalFrame& frame, GridPoint at,
-                           const CornerExpectation& expected, double reach, GridCorner& found) {
+bool CornerSearch::fitNear(const LocalFrame& frame, GridPoint at, const CornerExpectation& expected,
+                           double reach, GridCorner& found) {
   const SquareCoordinates squares(frame);
   const double across = 0.5 - 2 * blur_ / squares.columnWidth();
   const double down = 0.5 - 2 * blur_ / squares.rowHeight();
@@ -68,7 +69,7 @@ bool CornerSearch::fitNear(const LocalFrame& frame, GridPoint at,
   if (expected.contrast > 0 && (fit.contrast < kContrastShare * expected.contrast ||
                                 kContrastShare * fit.contrast > expected.contrast))
     return false;
-  if (!(fit.deviation <= kMaxDeviation)) return false;
+  if (!(fit.deviation <= kMaxSearchDeviation)) return false;
   if (!insideImage(grey_, fit.pixel, kBorderMargin)) return false;
   found = {at, fit.pixel, fit.contrast};
   return true;
@@ -80,8 +81,7 @@ bool CornerSearch::isFlat(const LocalFrame& frame, double contrast) const {
   int low = 255, high = 0;
   for (int v = -kSteps; v <= kSteps; ++v)
     for (int u = -kSteps; u <= kSteps; ++u) {
-      const cv::Point2d p =
-          frame.pixel + frame.columnStep * (u * 0.2) + frame.rowStep * (v * 0.2);
+      const cv::Point2d p = frame.pixel + frame.columnStep * (u * 0.2) + frame.rowStep * (v * 0.2);
       const int x = cvRound(p.x), y = cvRound(p.y);
       if (x < 0 || y < 0 || x >= grey_.cols || y >= grey_.rows) continue;
       low = std::min<int>(low, grey_(y, x));

@@ -14,13 +14,13 @@ constexpr double kBorderMargin = 4;
 constexpr double kMinCorrelation = 0.8;
 
 // Corners whose place is less certain are left out, pixels.
-constexpr double kMaxDeviation = 0.25;
+constexpr double kMaxDeviation = 0.18;
 
 bool insideImage(const cv::Mat1b& grey, const cv::Point2d& pixel, double margin);
 
 // What a corner must be like besides its correlation.
 struct CornerExpectation {
-  double contrast = 0;   // of its neighbours, grey levels; 0 when none is known
+  double contrast = 0;    // of its neighbours, grey levels; 0 when none is known
   double searchShare = 0; // how far off the place may be, squares
 };
 

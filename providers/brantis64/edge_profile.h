@@ -25,8 +25,7 @@ inline EdgeProfile edgeProfile(float t) {
   const float s = u * u;
   const float value = u * (k1 + s * (k3 + s * (k5 + s * (k7 + s * (k9 + s * k11)))));
   const float slope =
-      kScale *
-      (k1 + s * (3 * k3 + s * (5 * k5 + s * (7 * k7 + s * (9 * k9 + s * (11 * k11))))));
+      kScale * (k1 + s * (3 * k3 + s * (5 * k5 + s * (7 * k7 + s * (9 * k9 + s * (11 * k11))))));
   return {value, slope};
 }
 

@@ -14,18 +14,21 @@ namespace {
 
 // How far the seeds' places may be off, and how far predictions, squares.
 constexpr double kSeedSearch = 0.09;
-constexpr double kGrowthSearch = 0.06;
+constexpr double kGrowthSearch = 0.1;
 
 // A square's side by its code's, as readers outline codes: as given, then from the modules' outer
 // edges to their centres.
 constexpr std::array<double, 7> kOutlineFactors{1, 4.0 / 3, 1.4, 1.46, 1.27, 1.53, 1.62};
+
+// Blurs to try while none is known, pixels; the second where the first finds nothing.
+constexpr std::array<double, 2> kStartBlurs{kUnknownBlur, 1.8};
 
 constexpr std::size_t kFewestSeedCorners = 3; // one may lie outside the image
 constexpr std::size_t kTrialCorners = 24;     // found around the square in a trial
 constexpr std::size_t kSureCorners = 16;      // a trial with as many needs no further ones
 
 // How much a place's support must have grown to be tried again, and how often in all.
-constexpr float kMoreSupport = 1.6F;
+constexpr float kMoreSupport = 1.4F;
 
 struct Candidate {
   float support;
@@ -107,7 +110,6 @@ class Growth {
 // The corners of the square itself, then the blur there, then a few corners around.
 CornerGrid trial(CornerSearch& search, const SeedSquare& square, double factor) {
   CornerGrid grid(square.upperLeft);
-  search.setBlur(kUnknownBlur);
   for (const GridPoint& corner : SeedSquare::kCorners) {
     GridCorner found;
     const LocalFrame frame = frameAtCorner(square, corner, factor);
@@ -123,14 +125,18 @@ CornerGrid trial(CornerSearch& search, const SeedSquare& square, double factor) 
 
 bool findSeedCorners(CornerSearch& search, const SeedSquare& square, CornerGrid& grid) {
   std::size_t most = kFewestSeedCorners - 1;
-  double blur = kUnknownBlur;
-  for (double factor : kOutlineFactors) {
-    CornerGrid found = trial(search, square, factor);
-    if (found.corners().size() <= most) continue;
-    most = found.corners().size();
-    blur = search.blur();
-    grid = std::move(found);
-    if (most >= kSureCorners) break;
+  double blur = search.blur();
+  for (double startBlur : kStartBlurs) {
+    for (double factor : kOutlineFactors) {
+      search.setBlur(startBlur);
+      CornerGrid found = trial(search, square, factor);
+      if (found.corners().size() <= most) continue;
+      most = found.corners().size();
+      blur = search.blur();
+      grid = std::move(found);
+      if (most >= kSureCorners) break;
+    }
+    if (most >= kFewestSeedCorners) break;
   }
   search.setBlur(blur);
   return most >= kFewestSeedCorners;

@@ -12,7 +12,7 @@ namespace {
 
 constexpr double kUnitTolerance = 0.01; // of a square, for coordinates rounded to float
 constexpr double kFarthestIndex = 1e5;  // squares; beyond, float coordinates are too coarse
-constexpr double kMinSide = 6;          // pixels
+constexpr double kMinSide = 4;          // pixels
 constexpr double kFarthestPixel = 1e6;
 
 // A corner is at whole multiples of the unit.

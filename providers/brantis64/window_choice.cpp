@@ -10,9 +10,9 @@
 namespace velmorn::brantis {
 namespace {
 
-constexpr double kRadius = 12;        // pixels
-constexpr double kBendLength = 90;    // pixels on each side that a line's bend is taken over
-constexpr int kMinBendReach = 2;      // squares
+constexpr double kRadius = 16;     // pixels
+constexpr double kBendLength = 90; // pixels on each side that a line's bend is taken over
+constexpr int kMinBendReach = 2;   // squares
 constexpr int kMaxBendReach = 5;
 constexpr double kFinalTolerance = 0.003; // pixels
 
@@ -62,8 +62,7 @@ double lineBend(const CornerGrid& grid, GridPoint at, GridPoint step, int reach,
   return fit[2] / (length * length);
 }
 
-bool chooseWindow(const CornerGrid& grid, const GridCorner& corner, double blur,
-                  CornerTask& task) {
+bool chooseWindow(const CornerGrid& grid, const GridCorner& corner, double blur, CornerTask& task) {
   LocalFrame frame;
   if (!predictCorner(grid, corner.at, frame)) return false;
   frame.pixel = corner.pixel;
@@ -84,8 +83,7 @@ bool chooseWindow(const CornerGrid& grid, const GridCorner& corner, double blur,
   task.reach.right = reachTowards(known(1, 0), blurAcross);
   task.reach.up = reachTowards(known(0, -1), blurDown);
   task.reach.down = reachTowards(known(0, 1), blurDown);
-  task.rowLineBend =
-      lineBend(grid, corner.at, {1, 0}, bendReach(frame.columnStep), frame.rowStep);
+  task.rowLineBend = lineBend(grid, corner.at, {1, 0}, bendReach(frame.columnStep), frame.rowStep);
   task.columnLineBend =
       lineBend(grid, corner.at, {0, 1}, bendReach(frame.rowStep), frame.columnStep);
   return true;

@@ -15,8 +15,37 @@ namespace {
 
 constexpr int kSearchShortSide = 720;      // pixels
 constexpr double kMaxSearchedPixels = 6e6; // finer levels are not searched
+constexpr double kMaxThoroughPixels =
+    2e6;                        // finer levels are searched with the first threshold only
+constexpr float kMinBorder = 3; // pixels between a corner and the image's border
 
 constexpr std::array<DarkThreshold, 3> kThresholds = {{{41, false}, {15, false}, {101, true}}};
+
+// Squares that need not be looked at again.
+class KnownSquares {
+ public:
+  void add(const Quad& quad) { centres_.push_back(centre(quad)); }
+
+  bool has(const Quad& quad) const {
+    const cv::Point2f middle = centre(quad);
+    const float near = kNearShare * shortestSide(quad);
+    return std::any_of(centres_.begin(), centres_.end(), [&](const cv::Point2f& p) {
+      return std::abs(p.x - middle.x) < near && std::abs(p.y - middle.y) < near;
+    });
+  }
+
+  std::size_t count() const { return centres_.size(); }
+
+ private:
+  static constexpr float kNearShare = 0.15F; // of the side
+  std::vector<cv::Point2f> centres_;
+};
+
+Quad onFullImage(Quad quad, std::size_t level) {
+  for (; level > 0; --level)
+    for (cv::Point2f& corner : quad) corner = onFinerLevel(corner);
+  return quad;
+}
 
 class Search {
  public:
@@ -24,9 +53,12 @@ class Search {
 
   std::optional<FoundCode> run() {
     for (std::size_t level = pyramid_.size(); level-- > 0;) {
-      if (static_cast<double>(pyramid_[level].total()) > kMaxSearchedPixels) break;
-      for (const DarkThreshold& threshold : kThresholds)
+      const auto pixels = static_cast<double>(pyramid_[level].total());
+      if (pixels > kMaxSearchedPixels) break;
+      for (const DarkThreshold& threshold : kThresholds) {
         if (auto found = aroundDarkQuads(level, threshold)) return found;
+        if (pixels > kMaxThoroughPixels) break;
+      }
     }
     return scanned();
   }
@@ -34,46 +66,46 @@ class Search {
  private:
   std::optional<FoundCode> aroundDarkQuads(std::size_t level, const DarkThreshold& threshold) {
     for (const Quad& quad : findDarkQuads(pyramid_[level], threshold)) {
+      const Quad full = onFullImage(quad, level);
+      if (dark_.has(full)) continue;
       const Quad refined = refinedQuad(pyramid_, level, quad);
       if (!isProperQuad(refined)) continue;
+      const std::size_t before = white_.count();
       for (const Quad& neighbour : neighbourSquares(refined))
         if (auto found = inWhiteSquare(neighbour)) return found;
+      if (white_.count() > before) dark_.add(full);
     }
     return std::nullopt;
   }
 
   std::optional<FoundCode> inWhiteSquare(const Quad& predicted) {
     const cv::Mat& grey = pyramid_[0];
-    if (!isProperQuad(predicted) || !isInside(predicted, grey.size()) || isKnown(predicted))
+    if (!isProperQuad(predicted) || !isInside(predicted, grey.size(), kMinBorder) ||
+        white_.has(predicted) || !lookAtSquare(grey, predicted))
       return std::nullopt;
-    if (!lookAtSquare(grey, predicted)) return std::nullopt;
     const Quad square = refinedQuad(grey, predicted);
     if (!isProperQuad(square)) return std::nullopt;
     const auto look = lookAtSquare(grey, square);
     if (!look) return std::nullopt;
-    tried_.push_back(centre(square));
+    white_.add(square);
     const auto read = readSquare(grey, square, *look, budget_);
     if (!read) return std::nullopt;
     return found(read->text, turnedQuad(square, read->turns));
   }
 
-  // Seen from another of its black neighbours already.
-  bool isKnown(const Quad& quad) const {
-    const cv::Point2f middle = centre(quad);
-    const float near = 0.1F * shortestSide(quad);
-    return std::any_of(tried_.begin(), tried_.end(), [&](const cv::Point2f& p) {
-      return std::abs(p.x - middle.x) < near && std::abs(p.y - middle.y) < near;
-    });
+  std::optional<FoundCode> scanned() {
+    const std::size_t level = pyramid_.size() - 1;
+    const auto square = scanForSquare(pyramid_[level]);
+    return square ? inWhiteSquare(onFullImage(*square, level)) : std::nullopt;
   }
-
-  std::optional<FoundCode> scanned() const { return std::nullopt; }
 
   static FoundCode found(const std::string& text, const Quad& upright) {
     return {text, {upright[3], upright[0], upright[1], upright[2]}};
   }
 
   std::vector<cv::Mat> pyramid_;
-  std::vector<cv::Point2f> tried_;
+  KnownSquares dark_;  // had white squares around them
+  KnownSquares white_; // were looked into
   ReadingBudget budget_;
 };
 

@@ -24,4 +24,8 @@ cv::Point2f onFinerLevel(const cv::Point2f& point) {
   return {2 * point.x + 0.5F, 2 * point.y + 0.5F};
 }
 
+cv::Point2f onCoarserLevel(const cv::Point2f& point) {
+  return {0.5F * point.x - 0.25F, 0.5F * point.y - 0.25F};
+}
+
 } // namespace velmorn::quillet

@@ -12,8 +12,10 @@ namespace velmorn::quillet {
 // maxShortSide pixels.
 std::vector<cv::Mat> imagePyramid(const cv::Mat& grey, int maxShortSide);
 
-// The same place in the image that is twice as large; (0, 0) is the centre of the first pixel.
+// The same place in the image that is twice, or half, as large; (0, 0) is the centre of the first
+// pixel.
 cv::Point2f onFinerLevel(const cv::Point2f& point);
+cv::Point2f onCoarserLevel(const cv::Point2f& point);
 
 } // namespace velmorn::quillet
 

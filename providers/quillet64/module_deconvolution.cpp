@@ -9,7 +9,7 @@
 namespace velmorn::quillet {
 namespace {
 
-constexpr float kRegularisation = 0.01F;
+constexpr float kRegularisation = 0.001F;
 constexpr int kRounds = 5;         // each with a new white level
 constexpr int kPassesPerRound = 8; // over all modules
 constexpr int kFlipPasses = 6;

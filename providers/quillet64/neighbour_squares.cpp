@@ -2,6 +2,7 @@
 #include "quillet64/neighbour_squares.h"
 
 #include <algorithm>
+#include <cmath>
 
 #include <opencv2/imgproc.hpp>
 
@@ -28,6 +29,13 @@ int windowFor(float side) {
   return std::clamp(static_cast<int>(kWindowShare * side), kMinWindow, kMaxWindow);
 }
 
+// Pixels between a point and the image's border that a window can take.
+int roomAround(const cv::Point2f& p, const cv::Size& size) {
+  const float nearest = std::min({p.x, p.y, static_cast<float>(size.width - 1) - p.x,
+                                  static_cast<float>(size.height - 1) - p.y});
+  return static_cast<int>(std::floor(std::clamp(nearest - 1, 0.0F, 100.0F)));
+}
+
 } // namespace
 
 std::array<Quad, 4> neighbourSquares(const Quad& quad) {
@@ -44,14 +52,12 @@ std::array<Quad, 4> neighbourSquares(const Quad& quad) {
 Quad refinedQuad(const cv::Mat& grey, const Quad& quad) {
   const float side = shortestSide(quad);
   if (!(side >= kMinRefinedSide)) return quad;
-  const int window = windowFor(side);
+  const int wanted = windowFor(side);
   const cv::TermCriteria until(cv::TermCriteria::COUNT | cv::TermCriteria::EPS, 15, 0.02);
-  const cv::Rect2f inner(static_cast<float>(window + 2), static_cast<float>(window + 2),
-                         static_cast<float>(grey.cols - 2 * window - 4),
-                         static_cast<float>(grey.rows - 2 * window - 4));
   Quad refined = quad;
   for (cv::Point2f& corner : refined) {
-    if (!inner.contains(corner)) continue;
+    const int window = std::min(wanted, roomAround(corner, grey.size()));
+    if (window < kMinWindow) continue;
     std::vector<cv::Point2f> moved{corner};
     cv::cornerSubPix(grey, moved, {window, window}, {-1, -1}, until);
     corner = moved[0];

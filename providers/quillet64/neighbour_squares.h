@@ -15,8 +15,8 @@ namespace velmorn::quillet {
 // with the frame's direction of the given one.
 std::array<Quad, 4> neighbourSquares(const Quad& quad);
 
-// Corners drawn to the crossings of the pattern next to them, to a fraction of a pixel; those too
-// near to the image's border stay.
+// Corners drawn to the crossings of the pattern next to them, to a fraction of a pixel; those
+// within 3 pixels of the image's border stay.
 Quad refinedQuad(const cv::Mat& grey, const Quad& quad);
 
 // A square found on a level of the pyramid, refined from level to level, in pixels of level 0.

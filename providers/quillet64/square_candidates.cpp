@@ -1,4 +1,4 @@
-// Dark squares of an image: mean threshold, connected areas, outlines, quadrilaterals.
+// Dark squares of an image: mean threshold, outlines, quadrilaterals.
 #include "quillet64/square_candidates.h"
 
 #include <algorithm>
@@ -10,9 +10,12 @@
 namespace velmorn::quillet {
 namespace {
 
-constexpr int kDarker = 7;    // grey levels below the mean
-constexpr int kMinExtent = 4; // pixels, of an area's bounding box
-constexpr std::size_t kMaxAreas = 1500;
+constexpr int kDarker = 7;              // grey levels below the mean
+constexpr int kMinExtent = 4;           // pixels, of an area's bounding box
+constexpr std::size_t kMinOutline = 10; // pixels along it
+constexpr std::size_t kMaxOutlines = 1500;
+constexpr double kOuterSign = -1;   // of an outer outline's area; that of a hole is opposite
+constexpr double kMinBoxFill = 0.2; // of an outline in its bounding box
 constexpr std::size_t kMaxQuads = 500;
 constexpr double kMinSolidity = 0.8; // of an outline in its convex hull
 constexpr double kMinQuadFill = 0.8; // of the hull in its quadrilateral, and the other way round
@@ -21,60 +24,39 @@ constexpr float kOutlineInside = 0.5F; // pixels; outlines run through the centr
 
 using Outline = std::vector<cv::Point>;
 
+bool isPlausible(const Outline& outline, const cv::Size& size) {
+  const cv::Rect box = cv::boundingRect(outline);
+  const bool isWithin =
+      box.x > 0 && box.y > 0 && box.x + box.width < size.width && box.y + box.height < size.height;
+  const double area = cv::contourArea(outline, true);
+  return isWithin && std::min(box.width, box.height) >= kMinExtent &&
+         kOuterSign * area >= kMinBoxFill * box.area();
+}
+
 cv::Mat darkMask(const cv::Mat& grey, const DarkThreshold& threshold) {
   cv::Mat mask;
   cv::adaptiveThreshold(grey, mask, 255, cv::ADAPTIVE_THRESH_MEAN_C, cv::THRESH_BINARY_INV,
                         threshold.blockSize, kDarker);
+  // Noise costs time per speck.
+  cv::medianBlur(mask, mask, 3);
   if (threshold.partSquares) cv::erode(mask, mask, cv::Mat());
   return mask;
 }
 
-// Whether an area may be the inside or the rim of a square.
-bool isPlausibleArea(const cv::Mat& stats, int label, const cv::Size& size) {
-  const int* s = stats.ptr<int>(label);
-  const int left = s[cv::CC_STAT_LEFT], top = s[cv::CC_STAT_TOP];
-  const int width = s[cv::CC_STAT_WIDTH], height = s[cv::CC_STAT_HEIGHT];
-  const bool isWithin =
-      left > 0 && top > 0 && left + width < size.width && top + height < size.height;
-  return isWithin && std::min(width, height) >= kMinExtent &&
-         std::max(width, height) <= 6 * std::min(width, height) &&
-         s[cv::CC_STAT_AREA] >= width + height;
-}
-
-// The largest plausible areas of the mask, all else removed: what follows costs time per outline.
-cv::Mat plausibleAreas(const cv::Mat& mask) {
-  cv::Mat labels, stats, centroids;
-  const int count = cv::connectedComponentsWithStats(mask, labels, stats, centroids, 8, CV_32S);
-  std::vector<int> kept;
-  for (int label = 1; label < count; ++label)
-    if (isPlausibleArea(stats, label, mask.size())) kept.push_back(label);
-  if (kept.size() > kMaxAreas) {
-    std::nth_element(kept.begin(), kept.begin() + kMaxAreas, kept.end(), [&](int a, int b) {
-      return stats.at<int>(a, cv::CC_STAT_AREA) > stats.at<int>(b, cv::CC_STAT_AREA);
-    });
-    kept.resize(kMaxAreas);
+// The outlines of dark areas that may be squares; those of holes in them run the other way round.
+std::vector<Outline> plausibleOutlines(const cv::Mat& mask) {
+  std::vector<Outline> outlines, plausible;
+  // Without the order of nesting, whose search takes minutes in noise.
+  cv::findContours(mask, outlines, cv::RETR_LIST, cv::CHAIN_APPROX_NONE);
+  for (Outline& outline : outlines)
+    if (outline.size() >= kMinOutline && isPlausible(outline, mask.size()))
+      plausible.push_back(std::move(outline));
+  if (plausible.size() > kMaxOutlines) {
+    const auto longer = [](const Outline& a, const Outline& b) { return a.size() > b.size(); };
+    std::nth_element(plausible.begin(), plausible.begin() + kMaxOutlines, plausible.end(), longer);
+    plausible.resize(kMaxOutlines);
   }
-  std::vector<uchar> isKept(static_cast<std::size_t>(count), 0);
-  for (const int label : kept) isKept[static_cast<std::size_t>(label)] = 255;
-
-  cv::Mat areas(mask.size(), CV_8UC1);
-  for (int y = 0; y < mask.rows; ++y) {
-    const int* label = labels.ptr<int>(y);
-    uchar* area = areas.ptr<uchar>(y);
-    for (int x = 0; x < mask.cols; ++x) area[x] = isKept[static_cast<std::size_t>(label[x])];
-  }
-  return areas;
-}
-
-std::vector<Outline> outerOutlines(const cv::Mat& areas) {
-  std::vector<Outline> outlines, outer;
-  std::vector<cv::Vec4i> hierarchy;
-  cv::findContours(areas, outlines, hierarchy, cv::RETR_CCOMP, cv::CHAIN_APPROX_NONE);
-  for (std::size_t i = 0; i < outlines.size(); ++i) {
-    constexpr int kParent = 3;
-    if (hierarchy[i][kParent] < 0) outer.push_back(std::move(outlines[i]));
-  }
-  return outer;
+  return plausible;
 }
 
 // The hull with as few corners as stay near it; four for a square.
@@ -125,7 +107,7 @@ bool appendQuad(const Outline& outline, std::vector<Quad>& quads) {
 std::vector<Quad> findDarkQuads(const cv::Mat& grey, const DarkThreshold& threshold) {
   std::vector<Quad> quads;
   if (std::min(grey.cols, grey.rows) < kMinExtent) return quads;
-  for (const Outline& outline : outerOutlines(plausibleAreas(darkMask(grey, threshold))))
+  for (const Outline& outline : plausibleOutlines(darkMask(grey, threshold)))
     appendQuad(outline, quads);
   std::stable_sort(quads.begin(), quads.end(),
                    [](const Quad& a, const Quad& b) { return shortestSide(a) > shortestSide(b); });

@@ -66,11 +66,11 @@ bool isProperQuad(const Quad& quad) {
   return true;
 }
 
-bool isInside(const Quad& quad, const cv::Size& imageSize) {
-  const auto right = static_cast<float>(imageSize.width - 1);
-  const auto bottom = static_cast<float>(imageSize.height - 1);
+bool isInside(const Quad& quad, const cv::Size& imageSize, float border) {
+  const float right = static_cast<float>(imageSize.width - 1) - border;
+  const float bottom = static_cast<float>(imageSize.height - 1) - border;
   return std::all_of(quad.begin(), quad.end(), [&](const cv::Point2f& p) {
-    return p.x >= 0 && p.y >= 0 && p.x <= right && p.y <= bottom;
+    return p.x >= border && p.y >= border && p.x <= right && p.y <= bottom;
   });
 }
 

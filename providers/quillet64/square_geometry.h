@@ -30,8 +30,8 @@ float longestSide(const Quad& quad);
 // Convex, clockwise, every corner's angle well away from 0 and 180 degrees.
 bool isProperQuad(const Quad& quad);
 
-// All corners inside the image.
-bool isInside(const Quad& quad, const cv::Size& imageSize);
+// All corners inside the image and away from its border by at least so many pixels.
+bool isInside(const Quad& quad, const cv::Size& imageSize, float border);
 
 } // namespace velmorn::quillet
 

@@ -28,16 +28,15 @@ Quad squareAround(const ZXing::Position& position) {
 
 } // namespace
 
-std::optional<ScannedCode> scanWholeImage(const cv::Mat& grey) {
+std::optional<Quad> scanForSquare(const cv::Mat& grey) {
   ZXing::DecodeHints hints;
-  hints.setFormats(ZXing::BarcodeFormat::DataMatrix).setTryHarder(false).setTryRotate(false);
+  hints.setFormats(ZXing::BarcodeFormat::DataMatrix).setTryHarder(true).setTryRotate(false);
   const ZXing::ImageView view(grey.data, grey.cols, grey.rows, ZXing::ImageFormat::Lum,
                               static_cast<int>(grey.step));
   const ZXing::Result read = ZXing::ReadBarcode(view, hints);
   if (!read.isValid() || read.isMirrored()) return std::nullopt;
-  ScannedCode code{read.text(), squareAround(read.position())};
-  if (!isBoardCodeText(code.text)) return std::nullopt;
-  return code;
+  if (!isBoardCodeText(read.text())) return std::nullopt;
+  return squareAround(read.position());
 }
 
 } // namespace velmorn::quillet

@@ -3,7 +3,6 @@
 #define VELMORN64_PROVIDERS_QUILLET64_WHOLE_IMAGE_SCAN_H
 
 #include <optional>
-#include <string>
 
 #include <opencv2/core.hpp>
 
@@ -11,13 +10,12 @@
 
 namespace velmorn::quillet {
 
-struct ScannedCode {
-  std::string text;
-  Quad square; // of the board, continued from the code's corners; frame as the symbol stands
-};
-
-// Searches the whole image for codes of a board by their own borders.
-std::optional<ScannedCode> scanWholeImage(const cv::Mat& grey);
+// Searches the whole image for one code by the code's own borders. The square around it, continued
+// from the code's corners, within a few pixels; its frame is as the symbol stands. Nothing for
+// mirrored codes and for those with a text that is no board's.
+//
+// Finds less and less exactly than the search for black squares, but needs none of them whole.
+std::optional<Quad> scanForSquare(const cv::Mat& grey);
 
 } // namespace velmorn::quillet
 

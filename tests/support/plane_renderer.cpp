@@ -9,9 +9,9 @@
 namespace velmorn {
 namespace {
 
-// Samples of a pixel that is not of one colour: a Fibonacci lattice, whose points all differ in x and
-// in y. An edge along the pixels is then off by 1/178 pixel at most, where a square raster of as many
-// samples would err by 1/18.
+// Samples of a pixel that is not of one colour: a Fibonacci lattice, whose points all differ in x
+// and in y. An edge along the pixels is then off by 1/178 pixel at most, where a square raster of
+// as many samples would err by 1/18.
 constexpr int kSamples = 89;
 constexpr int kSampleStep = 55;
 
