@@ -2,6 +2,7 @@
 #include <gmock/gmock.h>
 
 #include <algorithm>
+#include <cmath>
 #include <sstream>
 
 #include <opencv2/imgcodecs.hpp>
@@ -80,6 +81,29 @@ TEST_F(CornersProcess, ListsWritesAndDraws) {
     EXPECT_EQ(row, corner.row);
     EXPECT_NEAR(x, corner.pixel.x, 0.1);
     EXPECT_NEAR(y, corner.pixel.y, 0.1);
+  }
+}
+
+TEST_F(CornersProcess, FindsABoardInThePrintersPicture) {
+  const ProcessResult printed = runProcess(
+      VELMORN_TOOL, {"board", "--squares", "6x4", "--size", "20mm", "-o", "board.png"}, dir());
+  ASSERT_THAT(printed.out, HasSubstr("304.8 dpi"));
+  const ProcessResult result = run({"board.png", "--csv", "c.csv"});
+  ASSERT_EQ(result.status, 0) << result.err;
+  EXPECT_THAT(result.out, HasSubstr("corners     35, columns 0 to 6, rows 0 to 4\n"));
+  // 12 pixels per millimetre, and every corner between four pixels.
+  std::istringstream lines(readFile(dir() / "c.csv"));
+  std::string line;
+  std::getline(lines, line);
+  int column = 0, row = 0;
+  double x = 0, y = 0, firstX = 0, firstY = 0;
+  for (char comma = 0; lines >> column >> comma >> row >> comma >> x >> comma >> y;) {
+    if (column == 0 && row == 0) {
+      firstX = std::round(x + 0.5) - 0.5;
+      firstY = std::round(y + 0.5) - 0.5;
+    }
+    EXPECT_NEAR(x, firstX + 240 * column, 0.05);
+    EXPECT_NEAR(y, firstY + 240 * row, 0.05);
   }
 }
 
