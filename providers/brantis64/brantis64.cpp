@@ -1,16 +1,31 @@
-// The extractor's C functions.
+// The extractor's C functions. They return 0 or a code of extractor_status.h:
+//
+//    -1  null pointer, or a number of seeds other than four
+//    -2  image missing, of no size, not 8-bit grey or of another size than the handle's
+//    -3  out of memory, or an error inside
+//   -10  the seeds' board coordinates are not those of a square of the board's grid
+//   -11  the seeds' pixels are no convex quadrangle
+//   -12  the seeds go round the square the wrong way in the image: a mirror image
+//   -13  a side between seeds is shorter than four pixels
+//   -14  no corner of a board where the seeds say
+//   -15  fewer than four corners, or all on one line
+//
+// A failed extraction leaves the result as it is. The configured square size is kept but not used:
+// the seeds' board coordinates are more exact. Handles are independent of each other; one handle
+// may extract on several threads as long as none configures or releases it.
 #include <algorithm>
 #include <cstdint>
 #include <memory>
 
 #include "brantis64/corner_extractor.h"
+#include "brantis64/extractor_status.h"
 #include "datacode/imported_libraries.h"
 
 namespace {
 
-constexpr std::int32_t kBadArgument = -1;
-constexpr std::int32_t kBadImage = -2;
-constexpr std::int32_t kFailed = -3;
+using velmorn::brantis::kBadArgument;
+using velmorn::brantis::kBadImage;
+using velmorn::brantis::kFailed;
 
 // Corners leave the library with the first pixel's centre at (0.5, 0.5).
 constexpr float kPixelCentre = 0.5F;

@@ -24,28 +24,30 @@ bool isGridPoint(const cv::Point2f& onBoard, double unit, GridPoint& at) {
   return std::abs(column - at.column) < kUnitTolerance && std::abs(row - at.row) < kUnitTolerance;
 }
 
-// The unit is a difference of rounded coordinates at first; the largest coordinate gives it better.
-double refinedUnit(const std::array<BoardCorner, 4>& seeds, double unit) {
+// The difference of two rounded coordinates gives the unit roughly; the largest coordinate, whose
+// whole multiple it then tells, gives it as well as a float can.
+double unitOf(const std::array<BoardCorner, 4>& seeds) {
+  const double rough =
+      static_cast<double>(seeds[2].onBoard.x) - static_cast<double>(seeds[1].onBoard.x);
+  if (!(rough > 0) || !std::isfinite(rough)) return 0;
   double largest = 0;
   for (const BoardCorner& seed : seeds)
     for (float coordinate : {seed.onBoard.x, seed.onBoard.y})
       if (std::abs(static_cast<double>(coordinate)) > std::abs(largest))
         largest = static_cast<double>(coordinate);
-  return largest / std::round(largest / unit);
+  return largest / std::round(largest / rough);
 }
 
 bool readGrid(const std::array<BoardCorner, 4>& seeds, SeedSquare& square) {
-  const double unit =
-      static_cast<double>(seeds[2].onBoard.x) - static_cast<double>(seeds[1].onBoard.x);
-  if (!(unit > 0) || !std::isfinite(unit)) return false;
-  if (!isGridPoint(seeds[1].onBoard, unit, square.upperLeft)) return false;
+  const double unit = unitOf(seeds);
+  if (!(unit > 0) || !isGridPoint(seeds[1].onBoard, unit, square.upperLeft)) return false;
   for (std::size_t k = 0; k < 4; ++k) {
     GridPoint at;
     if (!isGridPoint(seeds[k].onBoard, unit, at) ||
         !(at == square.upperLeft + SeedSquare::kCorners[k]))
       return false;
   }
-  square.unit = refinedUnit(seeds, unit);
+  square.unit = unit;
   return true;
 }
 

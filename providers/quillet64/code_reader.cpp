@@ -13,13 +13,17 @@
 namespace velmorn::quillet {
 namespace {
 
-constexpr int kSearchShortSide = 720;      // pixels
+constexpr int kSearchShortSide = 720;      // pixels, at most, where the search starts
+constexpr int kCoarsestShortSide = 120;    // pixels; coarser levels serve the refinement only
 constexpr double kMaxSearchedPixels = 6e6; // finer levels are not searched
 constexpr double kMaxThoroughPixels =
-    2e6;                        // finer levels are searched with the first threshold only
-constexpr float kMinBorder = 3; // pixels between a corner and the image's border
+    2e6;                         // finer levels are searched with the first threshold only
+constexpr int kMinCrossings = 3; // a covered corner is the others' continuation
+constexpr float kMinBorder = 3;  // pixels between a corner and the image's border
 
 constexpr std::array<DarkThreshold, 3> kThresholds = {{{41, false}, {15, false}, {101, true}}};
+
+constexpr std::array<DarkThreshold, 2> kLightThresholds = {{{41, false}, {101, true}}};
 
 // Squares that need not be looked at again.
 class KnownSquares {
@@ -49,10 +53,10 @@ Quad onFullImage(Quad quad, std::size_t level) {
 
 class Search {
  public:
-  explicit Search(const cv::Mat& grey) : pyramid_(imagePyramid(grey, kSearchShortSide)) {}
+  explicit Search(const cv::Mat& grey) : pyramid_(imagePyramid(grey, kCoarsestShortSide)) {}
 
   std::optional<FoundCode> run() {
-    for (std::size_t level = pyramid_.size(); level-- > 0;) {
+    for (std::size_t level = firstLevel() + 1; level-- > 0;) {
       const auto pixels = static_cast<double>(pyramid_[level].total());
       if (pixels > kMaxSearchedPixels) break;
       for (const DarkThreshold& threshold : kThresholds) {
@@ -60,15 +64,23 @@ class Search {
         if (pixels > kMaxThoroughPixels) break;
       }
     }
-    return scanned();
+    if (auto found = inLightQuads()) return found;
+    if (auto found = scanned()) return found;
+    return secondBest_;
   }
 
  private:
+  std::size_t firstLevel() const {
+    std::size_t level = 0;
+    while (std::min(pyramid_[level].cols, pyramid_[level].rows) > kSearchShortSide) ++level;
+    return level;
+  }
+
   std::optional<FoundCode> aroundDarkQuads(std::size_t level, const DarkThreshold& threshold) {
     for (const Quad& quad : findDarkQuads(pyramid_[level], threshold)) {
       const Quad full = onFullImage(quad, level);
       if (dark_.has(full)) continue;
-      const Quad refined = refinedQuad(pyramid_, level, quad);
+      const Quad refined = refinedQuad(pyramid_, full);
       if (!isProperQuad(refined)) continue;
       const std::size_t before = white_.count();
       for (const Quad& neighbour : neighbourSquares(refined))
@@ -78,23 +90,41 @@ class Search {
     return std::nullopt;
   }
 
+  // White squares by their own outlines: where no black square is seen whole.
+  std::optional<FoundCode> inLightQuads() {
+    const std::size_t level = firstLevel();
+    cv::Mat negative;
+    cv::bitwise_not(pyramid_[level], negative);
+    for (const DarkThreshold& threshold : kLightThresholds)
+      for (const Quad& quad : findDarkQuads(negative, threshold))
+        if (auto found = inWhiteSquare(onFullImage(quad, level))) return found;
+    return std::nullopt;
+  }
+
   std::optional<FoundCode> inWhiteSquare(const Quad& predicted) {
     const cv::Mat& grey = pyramid_[0];
     if (!isProperQuad(predicted) || !isInside(predicted, grey.size(), kMinBorder) ||
         white_.has(predicted) || !lookAtSquare(grey, predicted))
       return std::nullopt;
-    const Quad square = refinedQuad(grey, predicted);
+    const Quad square = refinedQuad(pyramid_, predicted);
     if (!isProperQuad(square)) return std::nullopt;
     const auto look = lookAtSquare(grey, square);
     if (!look) return std::nullopt;
     white_.add(square);
     const auto read = readSquare(grey, square, *look, budget_);
     if (!read) return std::nullopt;
-    return found(read->text, turnedQuad(square, read->turns));
+    const int crossings = countCrossings(grey, square);
+    FoundCode code = found(read->text, turnedQuad(square, read->turns));
+    if (crossings == 4) return code;
+    if (crossings > secondBestCrossings_) {
+      secondBestCrossings_ = crossings;
+      secondBest_ = code;
+    }
+    return std::nullopt;
   }
 
   std::optional<FoundCode> scanned() {
-    const std::size_t level = pyramid_.size() - 1;
+    const std::size_t level = firstLevel();
     const auto square = scanForSquare(pyramid_[level]);
     return square ? inWhiteSquare(onFullImage(*square, level)) : std::nullopt;
   }
@@ -107,6 +137,9 @@ class Search {
   KnownSquares dark_;  // had white squares around them
   KnownSquares white_; // were looked into
   ReadingBudget budget_;
+  // Read, but with a corner that is covered or out of place.
+  std::optional<FoundCode> secondBest_;
+  int secondBestCrossings_ = kMinCrossings - 1;
 };
 
 } // namespace

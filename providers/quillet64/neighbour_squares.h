@@ -19,8 +19,13 @@ std::array<Quad, 4> neighbourSquares(const Quad& quad);
 // within 3 pixels of the image's border stay.
 Quad refinedQuad(const cv::Mat& grey, const Quad& quad);
 
-// A square found on a level of the pyramid, refined from level to level, in pixels of level 0.
-Quad refinedQuad(const std::vector<cv::Mat>& pyramid, std::size_t level, const Quad& quad);
+// The same for a square in pixels of level 0 whose corners may be off by a tenth of its side:
+// refined from the level on which it is small down to level 0.
+Quad refinedQuad(const std::vector<cv::Mat>& pyramid, const Quad& quad);
+
+// How many corners of a white square have the pattern's crossing right at them: white across, black
+// to both sides.
+int countCrossings(const cv::Mat& grey, const Quad& quad);
 
 } // namespace velmorn::quillet
 
