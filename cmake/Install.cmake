@@ -2,7 +2,7 @@
 include(CMakePackageConfigHelpers)
 set(package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/velmorn64)
 
-install(TARGETS velmorn64 EXPORT velmorn64Targets
+install(TARGETS velmorn64 quillet64 brantis64 EXPORT velmorn64Targets
   LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}
   ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR}
   RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})

@@ -74,6 +74,8 @@ constexpr std::int32_t kOzkComputationFailed = -1;
 // Further geometry failures of the extrinsic utilities.
 constexpr std::int32_t kOzkGeometryFailed2 = -2;
 constexpr std::int32_t kOzkGeometryFailed3 = -3;
+// A camera that the data-code stitching could not link to the base camera.
+constexpr std::int32_t kOzkUnlinkedCamera = -4;
 // Image `type` not accepted.
 constexpr std::int32_t kOzkBadImageType = -1102;
 // Image `dataType` not accepted.
@@ -84,7 +86,8 @@ constexpr std::int32_t kOzkBadDataType = -1103;
 constexpr std::int32_t kOzkBadSize = -1107;
 // Image size, type or sample type not accepted by the averaging functions.
 constexpr std::int32_t kOzkBadAverageInput = -1109;
-// Null pointer given to one of two extrinsic utilities, which have a code of their own for it.
+// Null pointer given to one of two extrinsic utilities, which have a code of their own for it; the
+// data-code stitching stopped at an image.
 constexpr std::int32_t kOzkNullExtrinsic = -1110;
 // A required pointer is null.
 constexpr std::int32_t kOzkNullPointer = -1111;
@@ -500,6 +503,109 @@ VELMORN64_API int ozkVelmornByChessCtype(const OzKStitchCstring* camIDs, int cam
                                          tagOzKSize patternSize, float squareSize,
                                          OzKStitchResult* result, int minImages,
                                          bool saveCornerImages, int baseCamIdx);
+
+// ---------------------------------------------------------------------------------------------
+// Stitching by data-code chessboard
+//
+// The board's white squares carry printed codes, each a text "a,b,s": the square's column and row,
+// counted from 1, and the side of a square. The board's frame has its origin at the outer corner of
+// square (1, 1), x along the columns, y down along the rows as printed; square (a, b) spans
+// (a - 1) s to a s in x and (b - 1) s to b s in y. One readable code in an image places every corner
+// found in it, so cameras that see different parts of one board can be stitched.
+//
+// Codes and corners are found by two further libraries, Quillet64 and Brantis64, which are loaded
+// together with this one and can be replaced by others with the same functions.
+// ---------------------------------------------------------------------------------------------
+
+// Finds the corners of a data-code board in one image and their places on the board.
+//
+// image      8-bit image, handed to the two libraries as it is; those that come with this one take
+//            type kOzkImageOneChannel with dataType kOzkSample8U
+// imagePts   out, replaced: corners in pixels, at most 512. These are the extractor's corners less
+//            half a pixel; with the extractor that comes along, (0, 0) is then the centre of the
+//            first pixel
+// worldPts   out, replaced: the same corners in the board's frame, in the unit of the codes; z = 0
+//
+// Only the first code that the reader reports is used. A text of another form is no error: numbers
+// that cannot be read are 0. Numbers are read in the C runtime's current locale.
+//
+// Messages, log and console, the console's without what stands in brackets:
+//   "finded code is TEXT", "parsed code content is (A,B),(S,S)"
+//   "find data code failed"
+//   "dcCreate failed.return value is CODE.imgSize(W,H)" log, "... .imgSize is (W,H)" console
+//   "dcProcess failed.return value is CODE", also with calibCreate, calibCornerExtractExt,
+//   dcRelease, calibRelease in place of dcProcess
+// Returns kOzkSuccess, also without any corner; kOzkNullPointer when image is null; kOzkNoDataCode;
+// what dcCreate, dcProcess, calibCreate or calibCornerExtractExt returned when it was not 0 (the
+// library that comes along: docs/data-code.md); kOzkComputationFailed when memory ran out. After a
+// failure the reader and the extractor that were made for the call are not given back.
+VELMORN64_API int ozkFindDataCodeChessCornerPtAndWorldPt(tagOzKImage* image,
+                                                         std::vector<tagOzKPoint2Df32>& imagePts,
+                                                         std::vector<tagOzKPoint3Df32>& worldPts);
+
+// Computes the transform between every camera and one base camera from images of a data-code board.
+// Image k of every camera shows the board in the same position k; two cameras are linked by the
+// first position in which both have a pose. The links form a tree whose root is the base.
+//
+// camIDs          2 to 10 identifiers; their order is the order of the result
+// chessImgPaths   per identifier the image files, equally many for every camera, at least one; a
+//                 file that gives no pose only drops that position
+// intrinsics      per identifier the camera matrix, pixels
+// distortions     per identifier the lens distortion
+// result          out, see below
+// saveCornerImgs  writes "chessImgs/corner-ID-K.bmp" with the corners drawn, K the image's index,
+//                 into the working directory; a failure to write is not reported
+// baseCamIdx      index of the base camera in camIDs; anything outside 0 to n-1 takes the camera
+//                 with the shallowest tree, the first of several. A camera without any link has the
+//                 shallowest tree of all
+// minCornerNum    fewest corners of an image to be used; a negative number refuses every image.
+//                 A pose needs 4 in any case
+//
+// Result, for camera i:
+//   the base      as ozkVelmornByChess: elements 0, 4, 10 and 15 are 1; treat it as the identity
+//   the others    baseFromCam: maps a point in camera i's frame into the base camera's frame, also
+//                 through other cameras. This is the inverse direction of ozkVelmornByChess
+//   camRTError    0 for every camera; this method has no residual
+//
+// Messages, console and log unless one is named, besides those of the corner search:
+//   "the number of cameras should be greater than 2" log (fewer than two cameras were given)
+//   "error: the number of cameras(N) is greater than 10" log
+//   "chess image error", "too few chess images", "camera matrix or dist is error"
+//   "findDataCodeChessCornerPtAndWorldPt failed.image path is PATH" log, with ".." on the console
+//   "the number of finded corner is less than N.image path is PATH", N the number found
+//   "solvePnP failed.image path is PATH" log, with ".." on the console
+//   "ID camera RTmat is empty"
+//   "baseCamIdx=N" console and "ozkVelmornByDataCodeChess success" log, after success
+//
+// Returns kOzkSuccess; kOzkBadSize for a bad count of cameras or images or missing camera
+// parameters, before any image is read; kOzkNullExtrinsic when the corner search of an image returns
+// that or -1303; kOzkUnlinkedCamera when a camera could not be linked, with the entries of the
+// cameras before it written to `result`; kOzkComputationFailed when memory ran out. `chessImgPaths`,
+// `intrinsics` and `distortions` are not modified.
+VELMORN64_API int ozkVelmornByDataCodeChess(
+    const std::vector<std::string>& camIDs,
+    std::map<std::string, std::vector<std::string>>& chessImgPaths,
+    std::map<std::string, tagOzKCamIntrinsic>& intrinsics,
+    std::map<std::string, tagOzKCamDistortion>& distortions, OzKStitchResult& result,
+    bool saveCornerImgs, int baseCamIdx, int minCornerNum);
+
+// An older form, kept for its hosts: each camera has one pose, that of its last image that gave
+// one, and every camera is linked to the base by these two poses, whether they belong to the same
+// board position or not.
+//
+// The arguments are those of ozkVelmornByDataCodeChess, with these differences: a baseCamIdx
+// outside 0 to n-1 counts as 0, there is no minCornerNum, and the corner images are
+// "chessImgs/corner-ID.bmp", the last one remaining. The message after success is
+// "calCameraRTByChessImgs success" (log).
+//
+// Returns as ozkVelmornByDataCodeChess, but kOzkComputationFailed when a camera has no pose at all,
+// with `result` untouched.
+VELMORN64_API int ozkVelmornByDataCodeChess_backup(
+    const std::vector<std::string>& camIDs,
+    std::map<std::string, std::vector<std::string>>& chessImgPaths,
+    std::map<std::string, tagOzKCamIntrinsic>& intrinsics,
+    std::map<std::string, tagOzKCamDistortion>& distortions, OzKStitchResult& result,
+    bool saveCornerImgs, int baseCamIdx);
 
 // ---------------------------------------------------------------------------------------------
 // Aerial view: what depth cameras see, from above

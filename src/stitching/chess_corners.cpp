@@ -4,17 +4,15 @@
 #include <cstdio>
 
 #include <opencv2/calib3d.hpp>
-#include <opencv2/imgcodecs.hpp>
 #include <opencv2/imgproc.hpp>
 
 #include "foundation/log.h"
-#include "foundation/platform.h"
 #include "geometry/board_corners.h"
+#include "stitching/image_files.h"
 
 namespace velmorn {
 namespace {
 
-constexpr const char* kCornerImageFolder = "chessImgs/";
 constexpr const char* kCornerImageFormat = "chessImgs/corner-%d%d%d-%s.bmp";
 
 enum class ImageOutcome { kUnreadable, kWrongSize, kNotFound, kFound };
@@ -31,16 +29,6 @@ struct CameraSearch {
   bool saveCornerImages;
   cv::Size referenceSize; // of the camera's first readable image
 };
-
-// An image that OpenCV refuses with an exception (such as a header that claims a gigantic size) is
-// as unreadable as one that it cannot find.
-cv::Mat readGrey(const std::string& path) {
-  try {
-    return cv::imread(path, cv::IMREAD_GRAYSCALE);
-  } catch (const cv::Exception&) {
-    return {};
-  }
-}
 
 // A board in an image too small for the refinement counts as not found, like one that is not there.
 bool findCorners(const cv::Mat& grey, tagOzKSize patternSize, std::vector<cv::Point2f>& corners) {
@@ -92,16 +80,6 @@ std::string cornerImageName(int index, const std::string& camID) {
   return name.data();
 }
 
-// The corners count without their picture: no failure to write it is reported or passed on.
-void saveCornerImage(const cv::Mat& annotated, int index, const std::string& camID) {
-  const std::string name = cornerImageName(index, camID);
-  if (!pathExists(kCornerImageFolder)) makeDirectory(kCornerImageFolder);
-  try {
-    cv::imwrite(name, annotated);
-  } catch (const cv::Exception&) {
-  }
-}
-
 // Messages and corner image of one entry of the list.
 void reportImage(const ImageResult& result, const std::string& path, int index,
                  const std::string& camID) {
@@ -118,7 +96,8 @@ void reportImage(const ImageResult& result, const std::string& path, int index,
       printConsole("failed\n");
       break;
     case ImageOutcome::kFound:
-      if (!result.annotated.empty()) saveCornerImage(result.annotated, index, camID);
+      if (!result.annotated.empty())
+        saveCornerImage(cornerImageName(index, camID), result.annotated);
       printConsole("success\n");
       break;
   }

@@ -4,6 +4,7 @@
 #include "foundation/log.h"
 #include "stitching/cam_relation_tree.h"
 #include "stitching/chess_corners.h"
+#include "stitching/stitch_checks.h"
 
 namespace velmorn {
 namespace {
@@ -28,42 +29,6 @@ struct RootedTree {
   int height = 0;
 };
 
-void printAndLog(const char* message) {
-  printConsole(message);
-  writeLog(kLogPath, "%s", message);
-}
-
-int checkCameraCount(int n) {
-  if (n < 2) {
-    // Two cameras are enough; the text has always said otherwise.
-    writeLog(kLogPath, "the number of cameras should be greater than 2\n");
-    return kOzkBadSize;
-  }
-  if (n > kMaxStitchCameras) {
-    writeLog(kLogPath, "error: the number of cameras(%d) is greater than %d\n", n,
-             kMaxStitchCameras);
-    return kOzkBadSize;
-  }
-  return kOzkSuccess;
-}
-
-// Every camera has images, and as many as the first one.
-int checkImageLists(const Job& job) {
-  const auto first = job.chessImgPaths.find(job.camIDs.front());
-  for (const std::string& camID : job.camIDs) {
-    const auto entry = job.chessImgPaths.find(camID);
-    if (entry == job.chessImgPaths.end() || entry->second.size() != first->second.size()) {
-      printAndLog("chess image error\n");
-      return kOzkBadSize;
-    }
-  }
-  if (static_cast<std::int64_t>(first->second.size()) < job.minImages) {
-    printAndLog("too few chess images\n");
-    return kOzkBadSize;
-  }
-  return kOzkSuccess;
-}
-
 int checkCameraParameters(const Job& job) {
   for (const std::string& camID : job.camIDs) {
     const auto intrinsic = job.intrinsics.find(camID);
@@ -79,7 +44,7 @@ int checkCameraParameters(const Job& job) {
 
 int checkJob(const Job& job) {
   int status = checkCameraCount(job.cameraCount());
-  if (status == kOzkSuccess) status = checkImageLists(job);
+  if (status == kOzkSuccess) status = checkImageLists(job.camIDs, job.chessImgPaths, job.minImages);
   if (status == kOzkSuccess) status = checkCameraParameters(job);
   return status;
 }

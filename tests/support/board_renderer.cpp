@@ -1,58 +1,11 @@
-// Chessboard images with known truth: lens inversion on a pixel lattice, supersampling at edges.
+// Chessboard images with known truth.
 #include "support/board_renderer.h"
-
-#include <algorithm>
-#include <array>
-#include <cmath>
-
-#include <opencv2/calib3d.hpp>
-#include <opencv2/imgproc.hpp>
 
 namespace velmorn {
 namespace {
 
-constexpr float kBlack = 25;
-constexpr float kWhite = 230;
-constexpr float kBackground = 128;
-
-// Samples per pixel and direction where a pixel is not of one colour.
-constexpr int kSubpixels = 8;
-
-// Undoes the distortion of one normalised point by fixed-point iteration, far below a hundredth of
-// a pixel for the lenses of the tests.
-cv::Vec2d undistort(const cv::Vec<double, 12>& k, const cv::Vec2d& distorted) {
-  constexpr int kIterations = 100;
-  constexpr double kDone = 1e-10;
-  cv::Vec2d p = distorted;
-  for (int i = 0; i < kIterations; ++i) {
-    const double x = p[0], y = p[1], r2 = x * x + y * y, r4 = r2 * r2, r6 = r4 * r2;
-    const double radial =
-        (1 + k[0] * r2 + k[1] * r4 + k[4] * r6) / (1 + k[5] * r2 + k[6] * r4 + k[7] * r6);
-    const cv::Vec2d shift(2 * k[2] * x * y + k[3] * (r2 + 2 * x * x) + k[8] * r2 + k[9] * r4,
-                          k[2] * (r2 + 2 * y * y) + 2 * k[3] * x * y + k[10] * r2 + k[11] * r4);
-    const cv::Vec2d next = (distorted - shift) * (1 / radial);
-    const double step = cv::norm(next - p);
-    p = next;
-    if (step < kDone) break;
-  }
-  return p;
-}
-
-// The lines of sight through the pixels' corners: entry (y, x) is at image point (x - 0.5, y -
-// 0.5).
-cv::Mat_<cv::Vec2f> cornerRays(const CameraModel& camera) {
-  const cv::Matx33d& K = camera.matrix;
-  cv::Mat_<cv::Vec2f> rays(camera.imageSize.height + 1, camera.imageSize.width + 1);
-  for (int y = 0; y < rays.rows; ++y)
-    for (int x = 0; x < rays.cols; ++x) {
-      const cv::Vec2d seen((x - 0.5 - K(0, 2)) / K(0, 0), (y - 0.5 - K(1, 2)) / K(1, 1));
-      rays(y, x) = undistort(camera.distortion, seen);
-    }
-  return rays;
-}
-
 // The board as a picture in units of squares, origin at the first inner corner.
-class BoardPicture {
+class BoardPicture : public PlanePicture {
  public:
   explicit BoardPicture(const BoardSpec& board)
       : right_(static_cast<float>(board.width)),
@@ -60,17 +13,17 @@ class BoardPicture {
         quietZone_(static_cast<float>(board.quietZone)) {}
 
   // The area a point lies in: a number per square, one for the quiet zone, one for the background.
-  int area(const cv::Vec2f& p) const {
+  int area(const cv::Vec2f& p) const override {
     if (outside(p, quietZone_)) return kOutside;
     if (outside(p, 0)) return kQuietZone;
     const int column = static_cast<int>(p[0] + 1), row = static_cast<int>(p[1] + 1);
     return row * 1024 + column;
   }
 
-  static float shade(int area) {
-    if (area == kOutside) return kBackground;
-    if (area == kQuietZone) return kWhite;
-    return (area / 1024 + area % 1024) % 2 == 0 ? kBlack : kWhite;
+  float shade(int area) const override {
+    if (area == kOutside) return kRenderedBackground;
+    if (area == kQuietZone) return kRenderedWhite;
+    return (area / 1024 + area % 1024) % 2 == 0 ? kRenderedBlack : kRenderedWhite;
   }
 
  private:
@@ -85,100 +38,7 @@ class BoardPicture {
   float right_, bottom_, quietZone_;
 };
 
-// Where the lines of sight meet the board's plane, in squares; far away where they do not.
-cv::Mat_<cv::Vec2f> boardPoints(const cv::Mat_<cv::Vec2f>& rays, const BoardSpec& board,
-                                const cv::Matx44d& camFromBoard) {
-  const cv::Matx44d& m = camFromBoard;
-  const cv::Matx33d imageFromBoard(m(0, 0), m(0, 1), m(0, 3), m(1, 0), m(1, 1), m(1, 3), m(2, 0),
-                                   m(2, 1), m(2, 3));
-  const cv::Matx33d h = imageFromBoard.inv() * (1 / board.square);
-  cv::Mat_<cv::Vec2f> points(rays.size());
-  for (int y = 0; y < rays.rows; ++y)
-    for (int x = 0; x < rays.cols; ++x) {
-      const double rx = static_cast<double>(rays(y, x)[0]), ry = static_cast<double>(rays(y, x)[1]);
-      const double w = (h(2, 0) * rx + h(2, 1) * ry + h(2, 2)) * board.square; // 1 / depth
-      const double u = h(0, 0) * rx + h(0, 1) * ry + h(0, 2);
-      const double v = h(1, 0) * rx + h(1, 1) * ry + h(1, 2);
-      points(y, x) = w > 0 ? cv::Vec2f(static_cast<float>(u / w), static_cast<float>(v / w))
-                           : cv::Vec2f(1e6F, 1e6F);
-    }
-  return points;
-}
-
-using PixelCorners = std::array<cv::Vec2f, 4>; // upper left, upper right, lower left, lower right
-
-// The mean shade of a pixel across an edge; inside the pixel the lens is as good as linear.
-float meanShade(const BoardPicture& picture, const PixelCorners& corners) {
-  float sum = 0;
-  for (int sy = 0; sy < kSubpixels; ++sy) {
-    const float fy = (static_cast<float>(sy) + 0.5F) / kSubpixels;
-    const cv::Vec2f left = corners[0] * (1 - fy) + corners[2] * fy;
-    const cv::Vec2f right = corners[1] * (1 - fy) + corners[3] * fy;
-    for (int sx = 0; sx < kSubpixels; ++sx) {
-      const float fx = (static_cast<float>(sx) + 0.5F) / kSubpixels;
-      sum += BoardPicture::shade(picture.area(left * (1 - fx) + right * fx));
-    }
-  }
-  return sum / (kSubpixels * kSubpixels);
-}
-
-cv::Mat_<float> drawPicture(const BoardPicture& picture, const cv::Mat_<cv::Vec2f>& points) {
-  cv::Mat_<int> areas(points.size());
-  for (int y = 0; y < points.rows; ++y)
-    for (int x = 0; x < points.cols; ++x) areas(y, x) = picture.area(points(y, x));
-
-  cv::Mat_<float> image(points.rows - 1, points.cols - 1);
-  for (int y = 0; y < image.rows; ++y)
-    for (int x = 0; x < image.cols; ++x) {
-      const int area = areas(y, x);
-      const bool oneColour =
-          area == areas(y, x + 1) && area == areas(y + 1, x) && area == areas(y + 1, x + 1);
-      image(y, x) = oneColour ? BoardPicture::shade(area)
-                              : meanShade(picture, {points(y, x), points(y, x + 1),
-                                                    points(y + 1, x), points(y + 1, x + 1)});
-    }
-  return image;
-}
-
-cv::Mat finish(cv::Mat_<float> image, const ImageEffects& effects) {
-  if (effects.blurSigma > 0) cv::GaussianBlur(image, image, cv::Size(), effects.blurSigma);
-  if (effects.noiseSigma > 0) {
-    cv::Mat_<float> noise(image.size());
-    cv::RNG(effects.seed).fill(noise, cv::RNG::NORMAL, 0, effects.noiseSigma);
-    image += noise;
-  }
-  cv::Mat grey;
-  image.convertTo(grey, CV_8U);
-  return grey;
-}
-
 } // namespace
-
-tagOzKCamIntrinsic CameraModel::intrinsicRecord() const {
-  tagOzKCamIntrinsic record{};
-  std::copy(matrix.val, matrix.val + 9, record.matrix);
-  return record;
-}
-
-tagOzKCamDistortion CameraModel::distortionRecord() const {
-  tagOzKCamDistortion record{};
-  std::copy(distortion.val, distortion.val + 12, record.coeffs);
-  return record;
-}
-
-CameraModel plainCamera(cv::Size imageSize, double focal) {
-  CameraModel camera;
-  camera.imageSize = imageSize;
-  camera.matrix = cv::Matx33d(focal, 0, imageSize.width * 0.5 + 3.2, 0, focal * 1.003,
-                              imageSize.height * 0.5 - 4.1, 0, 0, 1);
-  return camera;
-}
-
-CameraModel distortedCamera(cv::Size imageSize, double focal) {
-  CameraModel camera = plainCamera(imageSize, focal);
-  camera.distortion = {-0.18, 0.06, 6e-4, -4e-4, -0.01, 0.02, -0.01, 2e-3, 3e-4, -1e-4, 2e-4, 1e-4};
-  return camera;
-}
 
 std::vector<cv::Point3f> boardCorners(const BoardSpec& board) {
   std::vector<cv::Point3f> corners;
@@ -189,32 +49,20 @@ std::vector<cv::Point3f> boardCorners(const BoardSpec& board) {
   return corners;
 }
 
-std::vector<cv::Point2f> projectPoints(const CameraModel& camera, const cv::Matx44d& camFromBoard,
-                                       const std::vector<cv::Point3f>& pointsInBoard) {
-  cv::Vec3d rotationVector;
-  cv::Rodrigues(camFromBoard.get_minor<3, 3>(0, 0), rotationVector);
-  const cv::Vec3d translation(camFromBoard(0, 3), camFromBoard(1, 3), camFromBoard(2, 3));
-  std::vector<cv::Point2f> pixels;
-  cv::projectPoints(pointsInBoard, rotationVector, translation, camera.matrix, camera.distortion,
-                    pixels);
-  return pixels;
-}
-
 std::vector<cv::Point2f> projectCorners(const CameraModel& camera, const BoardSpec& board,
                                         const cv::Matx44d& camFromBoard) {
   return projectPoints(camera, camFromBoard, boardCorners(board));
 }
 
-BoardRenderer::BoardRenderer(const CameraModel& camera)
-    : imageSize_(camera.imageSize), rays_(cornerRays(camera)) {}
+BoardRenderer::BoardRenderer(const CameraModel& camera) : renderer_(camera) {}
 
 cv::Mat BoardRenderer::render(const BoardSpec& board, const cv::Matx44d& camFromBoard,
                               const ImageEffects& effects) const {
-  return finish(drawPicture(BoardPicture(board), boardPoints(rays_, board, camFromBoard)), effects);
+  return finishImage(renderer_.render(BoardPicture(board), board.square, camFromBoard), effects);
 }
 
 cv::Mat BoardRenderer::renderEmpty(const ImageEffects& effects) const {
-  return finish(cv::Mat_<float>(imageSize_, kBackground), effects);
+  return finishImage(cv::Mat_<float>(renderer_.imageSize(), kRenderedBackground), effects);
 }
 
 } // namespace velmorn

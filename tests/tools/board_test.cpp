@@ -45,5 +45,11 @@ TEST(Board, PointsRunAlongTheRows) {
   EXPECT_EQ(points[11], cv::Point3f(4, 6, 0));
 }
 
+TEST(Sides, StayWithinTheLimits) {
+  EXPECT_EQ(parseSides("2x200", 2, 200)->height, 200);
+  EXPECT_FALSE(parseSides("1x200", 2, 200));
+  EXPECT_FALSE(parseSides("2x201", 2, 200));
+}
+
 } // namespace
 } // namespace velmorn::tool

@@ -62,6 +62,21 @@ TEST(ResultFile, GivesACameraInBothDirections) {
   EXPECT_EQ(right["distanceToBase"], 13);
 }
 
+TEST(ResultFile, DescribesARunWithDataCodes) {
+  Rig rig;
+  rig.hasDataCodes = true;
+  rig.minCorners = 12;
+  StitchedRig stitched = stitchedSample();
+  stitched.cameras[1].residual.reset();
+  stitched.cameras[1].imagesShared = 1;
+  const json result = json::parse(resultText(rig, stitched));
+  EXPECT_EQ(result["board"], "data-code");
+  EXPECT_EQ(result["minCorners"], 12);
+  EXPECT_FALSE(result.contains("minImages"));
+  EXPECT_TRUE(result["cameras"][1]["residual"].is_null());
+  EXPECT_EQ(result["cameras"][1]["imagesShared"], 1);
+}
+
 TEST(ResultFile, PutsAMatrixRowOnALine) {
   EXPECT_THAT(resultText(sampleRig(), stitchedSample()),
               HasSubstr("        [0.0, -1.0, 0.0, 3.0],\n        [1.0, 0.0, 0.0, 4.0],\n"));

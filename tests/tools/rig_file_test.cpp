@@ -137,6 +137,42 @@ TEST_F(RigFile, RefusesBadNumbers) {
             "\"save_corner_images\" has to be true or false");
 }
 
+TEST_F(RigFile, TakesADataCodeBoard) {
+  json rig = twoCameraRig();
+  rig["board"] = "data-code";
+  rig.erase("square");
+  const Rig read = RigFile::read(rig);
+  EXPECT_TRUE(read.hasDataCodes);
+  EXPECT_EQ(read.minCorners, 12);
+  EXPECT_EQ(read.minImages, 1);
+  rig["min_corners"] = 30;
+  EXPECT_EQ(RigFile::read(rig).minCorners, 30);
+  EXPECT_FALSE(RigFile::read(twoCameraRig()).hasDataCodes);
+}
+
+TEST_F(RigFile, RefusesTheOtherBoardsKeys) {
+  EXPECT_EQ(refusal([](json& r) { r["board"] = "data-code"; }),
+            "\"square\" does not go with a data-code board, whose codes say it");
+  EXPECT_THAT(refusal([](json& r) {
+                r["board"] = "data-code";
+                r.erase("square");
+                r["min_images"] = 3;
+              }),
+              StartsWith("\"min_images\" is for a plain board; "));
+  EXPECT_EQ(refusal([](json& r) { r["min_corners"] = 12; }),
+            "\"min_corners\" is for a data-code board");
+  for (const int number : {-1, 0, 3, 513}) {
+    EXPECT_EQ(refusal([&](json& r) {
+                r["board"] = "data-code";
+                r.erase("square");
+                r["min_corners"] = number;
+              }),
+              "\"min_corners\" has to be 4 to 512");
+  }
+  EXPECT_THAT(refusal([](json& r) { r["board"] = "datacode"; }),
+              StartsWith("\"board\" has to be \"data-code\" or inner corners per row"));
+}
+
 TEST_F(RigFile, RefusesAnUnknownBase) {
   EXPECT_THAT(refusal([](json& r) { r["base"] = "c"; }), StartsWith("\"base\" is \"c\""));
   EXPECT_THAT(refusal([](json& r) { r["base"] = 0; }), HasSubstr("has to be a text"));

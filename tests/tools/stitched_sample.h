@@ -13,6 +13,7 @@ inline StitchedRig stitchedSample(const std::string& rightId = "right") {
   StitchedCamera left;
   left.id = "left";
   for (const int one : {0, 4, 10, 15}) left.libraryEntry.data[one] = 1;
+  left.residual = 0.0F;
   left.imagesFound = left.imagesTotal = 14;
 
   StitchedCamera right;

@@ -8,24 +8,28 @@
 namespace velmorn::tool {
 namespace {
 
-std::optional<int> parseSide(const std::string& text) {
+std::optional<int> parseSide(const std::string& text, int smallest, int largest) {
   const bool allDigits =
       std::all_of(text.begin(), text.end(), [](unsigned char c) { return std::isdigit(c) != 0; });
   if (text.empty() || text.size() > 4 || !allDigits) return std::nullopt;
   const int side = std::stoi(text);
-  if (side < kMinBoardSide || side > kMaxBoardSide) return std::nullopt;
+  if (side < smallest || side > largest) return std::nullopt;
   return side;
 }
 
 } // namespace
 
-std::optional<tagOzKSize> parseBoard(const std::string& text) {
+std::optional<tagOzKSize> parseSides(const std::string& text, int smallest, int largest) {
   const std::size_t cross = text.find('x');
   if (cross == std::string::npos) return std::nullopt;
-  const std::optional<int> width = parseSide(text.substr(0, cross));
-  const std::optional<int> height = parseSide(text.substr(cross + 1));
+  const std::optional<int> width = parseSide(text.substr(0, cross), smallest, largest);
+  const std::optional<int> height = parseSide(text.substr(cross + 1), smallest, largest);
   if (!width || !height) return std::nullopt;
   return tagOzKSize{*width, *height};
+}
+
+std::optional<tagOzKSize> parseBoard(const std::string& text) {
+  return parseSides(text, kMinBoardSide, kMaxBoardSide);
 }
 
 std::string boardRule() {

@@ -16,6 +16,10 @@ namespace velmorn::tool {
 constexpr int kMinBoardSide = 3;
 constexpr int kMaxBoardSide = 1000;
 
+// Reads "9x6": two whole numbers within the limits, nothing besides. Nothing when the text has
+// another form.
+std::optional<tagOzKSize> parseSides(const std::string& text, int smallest, int largest);
+
 // Reads "9x6": inner corners per row, then per column. Nothing when the text has another form or a
 // side is out of range.
 std::optional<tagOzKSize> parseBoard(const std::string& text);

@@ -9,6 +9,7 @@
 
 #include "velmorn/arguments.h"
 #include "velmorn/board.h"
+#include "velmorn/board_arguments.h"
 #include "velmorn/depth_arguments.h"
 #include "velmorn/extrinsic_arguments.h"
 #include "velmorn/intrinsics_command.h"
@@ -38,6 +39,8 @@ constexpr const char* kStitchExample =
     "  }\n"
     "\n"
     "Further keys: min_images (3), base (\"auto\" or an id), save_corner_images (false).\n"
+    "A data-code board is \"board\": \"data-code\", with min_corners (12) and without square and\n"
+    "min_images.\n"
     "Paths in the file are relative to it. Image j of every camera shows the same board position.\n"
     "velmorn.log and, with save_corner_images, chessImgs/ come into the working directory.";
 
@@ -115,6 +118,8 @@ int runCommandLine(int argc, const char* const* argv) {
   AverageOptions average;
   BackgroundOptions background;
   FieldOptions field;
+  PrintOptions print;
+  CornersOptions corners;
 
   CLI::App app(
       "Rigid transforms between cameras, and from cameras to planes and platforms; views from "
@@ -132,6 +137,8 @@ int runCommandLine(int argc, const char* const* argv) {
   addAverage(app, average);
   addBackground(app, background);
   addField(app, field);
+  addBoard(app, print);
+  addCorners(app, corners);
   try {
     app.parse(argc, argv);
   } catch (const CLI::ParseError& error) {
@@ -147,6 +154,8 @@ int runCommandLine(int argc, const char* const* argv) {
     if (app.got_subcommand("average")) runAverage(average);
     if (app.got_subcommand("background")) runBackground(background);
     if (app.got_subcommand("field")) runField(field);
+    if (app.got_subcommand("board")) runBoard(print);
+    if (app.got_subcommand("corners")) runCorners(corners);
   });
 }
 

@@ -3,7 +3,6 @@
 
 #include <algorithm>
 #include <sstream>
-#include <vector>
 
 #include "velmorn/camera_links.h"
 #include "velmorn/tool_error.h"
@@ -68,6 +67,8 @@ std::string reasonFor(const Rig& rig, const RigCamera& camera, const OutcomeMap&
   reason += imagesWith(camera, outcomes, ImageOutcome::kNotLoaded, "could not be loaded");
   reason +=
       imagesWith(camera, outcomes, ImageOutcome::kWrongSize, "had another size than the first one");
+  if (rig.hasDataCodes)
+    reason += imagesWith(camera, outcomes, ImageOutcome::kNoBoard, "gave no pose of the board");
   return reason;
 }
 
@@ -79,7 +80,12 @@ std::string failureReason(const Rig& rig, const StitchMessages& messages, int st
     return "the library refused the run with status " + std::to_string(status) +
            (messages.rest().empty() ? "" : ": " + oneLine(messages.rest()));
   }
-  std::string reason = reasonFor(rig, *unlinked.front(), messages.outcomes());
+  return unlinkedReason(rig, unlinked, messages.outcomes());
+}
+
+std::string unlinkedReason(const Rig& rig, const std::vector<const RigCamera*>& unlinked,
+                           const OutcomeMap& outcomes) {
+  std::string reason = reasonFor(rig, *unlinked.front(), outcomes);
   for (std::size_t i = 1; i < unlinked.size(); ++i) {
     reason += (i == 1 ? "; nor could " : ", ") + inQuotes(unlinked[i]->id);
   }

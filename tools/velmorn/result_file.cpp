@@ -25,13 +25,25 @@ Json cameraJson(const StitchedCamera& camera, bool isBase) {
   json["depth"] = camera.place.depth;
   json["imagesFound"] = camera.imagesFound;
   json["imagesTotal"] = camera.imagesTotal;
-  json["residual"] = camera.residual;
+  json["imagesShared"] = camera.imagesShared;
+  json["residual"] = camera.residual ? Json(*camera.residual) : Json();
   json["rotationDegrees"] = rotationDegrees(camera.place.baseFromCam);
   json["distanceToBase"] = cv::norm(position);
   json["baseFromCam"] = rowsOf(camera.place.baseFromCam);
   json["camFromBase"] = rowsOf(camera.place.camFromBase);
   json["libraryEntry"] = rowsOf(poseFrom(camera.libraryEntry));
   return json;
+}
+
+void describeBoard(const Rig& rig, Json& json) {
+  if (rig.hasDataCodes) {
+    json["board"] = "data-code";
+    json["minCorners"] = rig.minCorners;
+    return;
+  }
+  json["board"] = {
+      {"columns", rig.board.width}, {"rows", rig.board.height}, {"square", rig.square}};
+  json["minImages"] = rig.minImages;
 }
 
 cv::Matx44d poseFromRows(const nlohmann::json& rows) {
@@ -54,9 +66,7 @@ cv::Matx44d poseFromRows(const nlohmann::json& rows) {
 std::string resultText(const Rig& rig, const StitchedRig& stitched) {
   Json json;
   json["libraryVersion"] = VELMORN64_VERSION;
-  json["board"] = {
-      {"columns", rig.board.width}, {"rows", rig.board.height}, {"square", rig.square}};
-  json["minImages"] = rig.minImages;
+  describeBoard(rig, json);
   json["base"] = stitched.cameras[stitched.base].id;
   json["cameras"] = Json::array();
   for (std::size_t i = 0; i < stitched.cameras.size(); ++i) {

@@ -47,7 +47,7 @@ Row rowOf(const StitchedCamera& camera, bool isBase) {
   const cv::Vec3d position = translationOf(camera.place.baseFromCam);
   return {shortened(camera.id),
           isBase ? "(base)" : "to " + shortened(camera.place.parent),
-          fixed(static_cast<double>(camera.residual), 4),
+          camera.residual ? fixed(static_cast<double>(*camera.residual), 4) : "-",
           fixed(rotationDegrees(camera.place.baseFromCam), 3),
           fixed(position[0], 3),
           fixed(position[1], 3),

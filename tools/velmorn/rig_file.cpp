@@ -21,10 +21,17 @@ constexpr int kDefaultMinImages = 3;
 constexpr std::size_t kMinCameras = 2;
 constexpr std::size_t kMaxIdBytes = sizeof(OzKStitchCstring::str) - 1;
 constexpr const char* kAutoBaseText = "auto";
+constexpr const char* kDataCodeText = "data-code"; // in place of a plain board's corners
+constexpr int kDataCodeMinImages = 1;
+constexpr int kDefaultMinCorners = 12;
+constexpr int kFewestMinCorners = 4; // a pose needs so many
+constexpr int kMostMinCorners = 512; // the library returns no more for an image
 
 tagOzKSize boardFrom(const JsonObject& rig) {
   const std::optional<tagOzKSize> board = parseBoard(rig.text("board"));
-  if (!board) rig.fail("\"board\" has to be " + boardRule());
+  if (!board) {
+    rig.fail("\"board\" has to be " + inQuotes(kDataCodeText) + " or " + boardRule());
+  }
   return *board;
 }
 
@@ -38,6 +45,36 @@ int minImagesFrom(const JsonObject& rig) {
   const int minImages = rig.wholeNumber("min_images", kDefaultMinImages);
   if (minImages < 1) rig.fail("\"min_images\" has to be at least 1");
   return minImages;
+}
+
+int minCornersFrom(const JsonObject& rig) {
+  const int minCorners = rig.wholeNumber("min_corners", kDefaultMinCorners);
+  if (minCorners < kFewestMinCorners || minCorners > kMostMinCorners) {
+    rig.fail("\"min_corners\" has to be " + std::to_string(kFewestMinCorners) + " to " +
+             std::to_string(kMostMinCorners));
+  }
+  return minCorners;
+}
+
+// A key that the other kind of board has.
+void refuseKey(const JsonObject& rig, const std::string& key, const std::string& reason) {
+  if (rig.has(key)) rig.fail(inQuotes(key) + " " + reason);
+}
+
+void takeDataCodeBoard(const JsonObject& object, Rig& rig) {
+  refuseKey(object, "square", "does not go with a data-code board, whose codes say it");
+  refuseKey(object, "min_images",
+            "is for a plain board; one position links two cameras here, see \"min_corners\"");
+  rig.hasDataCodes = true;
+  rig.minImages = kDataCodeMinImages;
+  rig.minCorners = minCornersFrom(object);
+}
+
+void takePlainBoard(const JsonObject& object, Rig& rig) {
+  rig.board = boardFrom(object);
+  refuseKey(object, "min_corners", "is for a data-code board");
+  rig.square = squareFrom(object);
+  rig.minImages = minImagesFrom(object);
 }
 
 std::string idFrom(const json& entry, std::size_t index) {
@@ -120,11 +157,14 @@ void requireEnoughImages(const Rig& rig) {
 
 Rig rigFrom(const json& value, const fs::path& folder) {
   const JsonObject object(
-      value, "", {"board", "square", "min_images", "base", "save_corner_images", "cameras"});
+      value, "",
+      {"board", "square", "min_images", "min_corners", "base", "save_corner_images", "cameras"});
   Rig rig;
-  rig.board = boardFrom(object);
-  rig.square = squareFrom(object);
-  rig.minImages = minImagesFrom(object);
+  if (object.text("board") == kDataCodeText) {
+    takeDataCodeBoard(object, rig);
+  } else {
+    takePlainBoard(object, rig);
+  }
   rig.saveCornerImages = object.flag("save_corner_images", false);
   rig.cameras = camerasFrom(object, folder);
   rig.base = baseFrom(object, rig.cameras);

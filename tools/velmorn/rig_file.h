@@ -21,10 +21,12 @@ struct RigCamera {
 };
 
 struct Rig {
-  tagOzKSize board{}; // inner corners per row and column
-  float square = 0;   // side of a square; gives the result its length unit
-  int minImages = 0;
-  int base = kAutoBase; // index in `cameras`
+  bool hasDataCodes = false; // a data-code board, which says its own square and size
+  tagOzKSize board{};        // inner corners per row and column; of a plain board only
+  float square = 0;          // side of a square; gives the result its length unit; likewise
+  int minImages = 0;         // board positions that link two cameras; 1 with data codes
+  int minCorners = 0;        // fewest corners of an image to be used; with data codes only
+  int base = kAutoBase;      // index in `cameras`
   bool saveCornerImages = false;
   std::vector<RigCamera> cameras; // in the file's order
 };

@@ -33,7 +33,7 @@ const char* outcomeText(ImageOutcome outcome) {
 
 void reportImage(const ImageReport& image) {
   printProgress(image.number, image.total, image.camera + " " + fileName(image.path),
-                outcomeText(image.outcome));
+                image.detail.empty() ? outcomeText(image.outcome) : image.detail);
 }
 
 cv::Size firstImageSize(const RigCamera& camera) {

@@ -74,7 +74,7 @@ bool StitchMessages::takeImage() {
 void StitchMessages::finish(const Expected& image, ImageOutcome outcome) {
   outcomes_[image.camera][image.index] = outcome;
   ++next_;
-  report_({next_, expected_.size(), image.camera, image.path, outcome});
+  report_({next_, expected_.size(), image.camera, image.path, outcome, ""});
 }
 
 } // namespace velmorn::tool

@@ -25,6 +25,7 @@ struct ImageReport {
   std::string camera;
   std::string path;
   ImageOutcome outcome = ImageOutcome::kUnknown;
+  std::string detail; // what there is to say besides; may be empty
 };
 
 // Takes the place of the console and follows the search for the board image by image.

@@ -6,6 +6,7 @@
 #include <iostream>
 #include <map>
 
+#include "velmorn/data_code_run.h"
 #include "velmorn/link_diagnosis.h"
 #include "velmorn/pose.h"
 #include "velmorn/stream_redirection.h"
@@ -45,9 +46,27 @@ CameraPlace placeOf(const PlaceMap& places, const std::string& id) {
   return found->second;
 }
 
+} // namespace
+
+StitchedCamera startCamera(const std::string& id, const PlaceMap& places,
+                           const OutcomeMap& outcomes) {
+  const std::vector<ImageOutcome>& own = outcomes.at(id);
+  StitchedCamera camera;
+  camera.id = id;
+  camera.place = placeOf(places, id);
+  camera.imagesFound =
+      static_cast<std::size_t>(std::count(own.begin(), own.end(), ImageOutcome::kBoardFound));
+  camera.imagesTotal = own.size();
+  const auto parent = outcomes.find(camera.place.parent);
+  if (parent != outcomes.end())
+    camera.imagesShared = static_cast<std::size_t>(sharedViews(own, parent->second));
+  return camera;
+}
+
 void requireFinite(const StitchedCamera& camera) {
   const double* entry = camera.libraryEntry.data;
-  const bool finite = isFinitePose(camera.place.baseFromCam) && std::isfinite(camera.residual) &&
+  const bool finite = isFinitePose(camera.place.baseFromCam) &&
+                      std::isfinite(camera.residual.value_or(0)) &&
                       std::all_of(entry, entry + 16, [](double v) { return std::isfinite(v); });
   if (!finite) {
     throw ToolError("camera " + inQuotes(camera.id) +
@@ -56,9 +75,8 @@ void requireFinite(const StitchedCamera& camera) {
   }
 }
 
-} // namespace
-
 StitchedRig stitchRig(const Rig& rig, const std::function<void(const ImageReport&)>& report) {
+  if (rig.hasDataCodes) return stitchDataCodeRig(rig, report);
   StitchMessages messages(imagesOf(rig), report);
   OzKStitchResult result{};
   const int status = callLibrary(rig, messages, result);
@@ -68,16 +86,9 @@ StitchedRig stitchRig(const Rig& rig, const std::function<void(const ImageReport
   StitchedRig stitched;
   stitched.base = static_cast<std::size_t>(result.baseCamIdx);
   for (std::size_t i = 0; i < rig.cameras.size(); ++i) {
-    const std::string& id = rig.cameras[i].id;
-    const std::vector<ImageOutcome>& outcomes = messages.outcomes().at(id);
-    StitchedCamera camera;
-    camera.id = id;
-    camera.place = placeOf(places, id);
+    StitchedCamera camera = startCamera(rig.cameras[i].id, places, messages.outcomes());
     camera.residual = result.camRTError[i];
     camera.libraryEntry = result.camExtrinsic[i];
-    camera.imagesFound = static_cast<std::size_t>(
-        std::count(outcomes.begin(), outcomes.end(), ImageOutcome::kBoardFound));
-    camera.imagesTotal = outcomes.size();
     requireFinite(camera);
     stitched.cameras.push_back(camera);
   }

@@ -1,0 +1,99 @@
+// The reader's C functions.
+#include <cmath>
+#include <cstdint>
+#include <memory>
+
+#include "datacode/imported_libraries.h"
+#include "quillet64/code_reader.h"
+
+namespace {
+
+constexpr std::int32_t kBadArgument = -1;
+constexpr std::int32_t kBadImage = -2;
+constexpr std::int32_t kFailed = -3;
+
+// What a handle stands for; the output's pointers lead into it.
+struct Reader {
+  velmorn::DataCodeImageSize size{};
+  velmorn::DataCodeConfig config{};
+  std::string text;
+  std::int32_t corners[8] = {};
+  velmorn::DataCodeItem item{};
+};
+
+// Nothing thrown leaves the library.
+template <typename Body>
+std::int32_t guarded(Body&& body) noexcept {
+  try {
+    return body();
+  } catch (...) {
+    return kFailed;
+  }
+}
+
+bool isUsable(const tagOzKImage* image, const velmorn::DataCodeImageSize& size) {
+  return image != nullptr && image->type == kOzkImageOneChannel &&
+         image->dataType == kOzkSample8U && image->data != nullptr &&
+         static_cast<std::int32_t>(image->width) == size.width &&
+         static_cast<std::int32_t>(image->height) == size.height;
+}
+
+void keep(const velmorn::quillet::FoundCode& code, Reader& reader) {
+  reader.text = code.text;
+  for (std::size_t k = 0; k < 4; ++k) {
+    reader.corners[2 * k] = static_cast<std::int32_t>(std::lround(code.squareCorners[k].x));
+    reader.corners[2 * k + 1] = static_cast<std::int32_t>(std::lround(code.squareCorners[k].y));
+  }
+  reader.item.content = reader.text.c_str();
+  reader.item.corners = reader.corners;
+}
+
+std::int32_t process(Reader& reader, const velmorn::DataCodeInput& input,
+                     velmorn::DataCodeOutput& output) {
+  if (!isUsable(input.image, reader.size)) return kBadImage;
+  const cv::Mat grey(reader.size.height, reader.size.width, CV_8UC1, input.image->data);
+  const auto code = velmorn::quillet::findCode(grey);
+  if (code) keep(*code, reader);
+  output.count = code ? 1 : 0;
+  output.items = code ? &reader.item : nullptr;
+  return 0;
+}
+
+} // namespace
+
+std::int32_t dcCreate(void** handle, const velmorn::DataCodeImageSize* size) {
+  return guarded([&] {
+    if (handle == nullptr || size == nullptr) return kBadArgument;
+    if (size->width < 1 || size->height < 1) return kBadImage;
+    auto reader = std::make_unique<Reader>();
+    reader->size = *size;
+    *handle = reader.release();
+    return std::int32_t{0};
+  });
+}
+
+std::int32_t dcGetConfig(void* handle, velmorn::DataCodeConfig* config) {
+  if (handle == nullptr || config == nullptr) return kBadArgument;
+  *config = static_cast<Reader*>(handle)->config;
+  return 0;
+}
+
+std::int32_t dcSetConfig(void* handle, const velmorn::DataCodeConfig* config) {
+  if (handle == nullptr || config == nullptr) return kBadArgument;
+  static_cast<Reader*>(handle)->config = *config;
+  return 0;
+}
+
+std::int32_t dcProcess(void* handle, const velmorn::DataCodeInput* input,
+                       velmorn::DataCodeOutput* output) {
+  return guarded([&] {
+    if (handle == nullptr || input == nullptr || output == nullptr) return kBadArgument;
+    return process(*static_cast<Reader*>(handle), *input, *output);
+  });
+}
+
+std::int32_t dcRelease(void* handle) {
+  if (handle == nullptr) return kBadArgument;
+  delete static_cast<Reader*>(handle);
+  return 0;
+}
