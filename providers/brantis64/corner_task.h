@@ -24,7 +24,7 @@ struct CornerTask {
   WindowReach reach;
   double columnLineBend = 0; // half the curvature, 1 / pixel, towards the next column
   double rowLineBend = 0;    // the same towards the next row
-  double tolerance = 0.02;   // stops when a step is smaller, pixels
+  double tolerance = 0.05;   // stops when a step is smaller, pixels
 };
 
 } // namespace velmorn::brantis
