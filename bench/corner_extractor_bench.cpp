@@ -1,11 +1,10 @@
 // The corner extractor on rendered boards, beside OpenCV's ChArUco on a board of the same geometry
 // in the same views.
 //
-// Counters: recall (of the corners at least five pixels inside the image; for many corners of the
-// 512 that are asked for), rms in pixels, corners and seconds per image (an iteration does all the
-// views). The extractor's seeds come from the
-// truth, rounded; a reader's time is not in its figures. ChArUco's includes its markers. ChArUco's
-// rms is taken after its mean error of each image.
+// Counters: recall (of the corners at least five pixels inside the image; where there are more than
+// 512, of 512), rms in pixels, corners and seconds per image (an iteration does all the views). The
+// extractor's seeds come from the truth, rounded; a reader's time is not in its figures. ChArUco's
+// include its markers, and its rms is taken after its mean error of each image.
 #include <algorithm>
 #include <cmath>
 #include <map>

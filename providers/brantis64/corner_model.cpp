@@ -7,12 +7,10 @@
 #include <opencv2/core/hal/hal.hpp>
 
 #include "brantis64/edge_profile.h"
-#include "brantis64/square_layout.h"
 
 namespace velmorn::brantis {
 namespace {
 
-constexpr std::size_t kMinPixels = 40;
 constexpr int kMaxIterations = 10;
 constexpr double kMaxStep = 1.5;               // pixels
 constexpr double kMaxTurn = 0.2;               // radians
@@ -23,10 +21,6 @@ constexpr double kMinBlur = 0.4, kMaxBlur = 4; // pixels
 constexpr double kRelativeRidge = 1e-5;
 constexpr double kAbsoluteRidge = 1e-2;
 
-// A code's grey is known on average only: how much a pixel errs that sees nothing but code,
-// against one that sees none.
-constexpr float kCodeError = 10;
-
 cv::Point2d unit(const cv::Point2d& p) { return p * (1 / std::hypot(p.x, p.y)); }
 
 // The normal of `along` on the side of `towards`.
@@ -35,20 +29,18 @@ cv::Point2d unitNormal(const cv::Point2d& along, const cv::Point2d& towards) {
   return normal.dot(towards) < 0 ? -normal : normal;
 }
 
-// The share of a pixel's light that comes from beyond an edge.
-inline float shareBeyond(float t) { return 0.5F + 0.5F * edgeProfile(t).value; }
-
 } // namespace
 
 CornerFitter::CornerFitter(const cv::Mat1b& grey) : grey_(grey) {}
 
 bool CornerFitter::fit(const CornerTask& task, CornerFit& result) {
-  if (!collectWindow(task)) return false;
+  if (!collectWindow(grey_, task, pixels_)) return false;
+  equations_.resize(pixels_.size());
   Model model = startModel(task);
   const int unknowns = task.fitsBlur ? kUnknowns : kBlur;
   for (int iteration = 0;; ++iteration) {
     linearise(model, task.radius);
-    std::array<double, kUnknowns> step{};
+    Unknowns step;
     if (!solveStep(unknowns, step)) return false;
     const double largest =
         std::max(std::abs(step[kRowLineShift]), std::abs(step[kColumnLineShift]));
@@ -57,14 +49,8 @@ bool CornerFitter::fit(const CornerTask& task, CornerFit& result) {
         {1.0, kMaxStep / largest,
          kMaxTurn / std::max(std::abs(step[kRowLineTurn]), std::abs(step[kColumnLineTurn]))});
     for (int i = 0; i < unknowns; ++i) model.value[i] += (i < kContrast ? scale : 1) * step[i];
-    model.rowLine.normal =
-        unit(model.rowLine.normal + scale * step[kRowLineTurn] * model.rowLine.along);
-    model.rowLine.along =
-        unit(model.rowLine.along - scale * step[kRowLineTurn] * model.rowLine.normal);
-    model.columnLine.normal =
-        unit(model.columnLine.normal + scale * step[kColumnLineTurn] * model.columnLine.along);
-    model.columnLine.along =
-        unit(model.columnLine.along - scale * step[kColumnLineTurn] * model.columnLine.normal);
+    turn(model.rowLine, scale * step[kRowLineTurn]);
+    turn(model.columnLine, scale * step[kColumnLineTurn]);
     model.value[kBlur] = std::clamp(model.value[kBlur], kMinBlur, kMaxBlur);
     if (std::abs(model.value[kRowLineShift]) > task.radius ||
         std::abs(model.value[kColumnLineShift]) > task.radius)
@@ -78,6 +64,12 @@ bool CornerFitter::fit(const CornerTask& task, CornerFit& result) {
   return std::isfinite(result.pixel.x) && std::isfinite(result.pixel.y);
 }
 
+// To the first order, as the step itself.
+void CornerFitter::turn(Line& line, double angle) {
+  line.normal = unit(line.normal + angle * line.along);
+  line.along = unit(line.along - angle * line.normal);
+}
+
 CornerFitter::Model CornerFitter::startModel(const CornerTask& task) const {
   Model model;
   model.rowLine.along = unit(task.frame.columnStep);
@@ -89,70 +81,6 @@ CornerFitter::Model CornerFitter::startModel(const CornerTask& task) const {
   model.value[kContrast] = (task.whiteLowerRight ? 0.5 : -0.5) * task.contrast;
   model.value[kBlur] = task.blur;
   return model;
-}
-
-bool CornerFitter::collectWindow(const CornerTask& task) {
-  const cv::Point2d& centre = task.frame.pixel;
-  const int left = std::max(0, cvCeil(centre.x - task.radius));
-  const int right = std::min(grey_.cols - 1, cvFloor(centre.x + task.radius));
-  const int top = std::max(0, cvCeil(centre.y - task.radius));
-  const int bottom = std::min(grey_.rows - 1, cvFloor(centre.y + task.radius));
-  if (left > right || top > bottom) return false;
-
-  pixels_.clear();
-  const SquareCoordinates squares(task.frame);
-  const double radius2 = task.radius * task.radius;
-  std::size_t count = 0;
-  for (int row = top; row <= bottom; ++row) {
-    const uchar* line = grey_[row];
-    const double y = row - centre.y;
-    for (int column = left; column <= right; ++column) {
-      const double x = column - centre.x;
-      if (x * x + y * y > radius2) continue;
-      const cv::Point2d p = squares.at(x, y);
-      if (p.x < -task.reach.left || p.x > task.reach.right || p.y < -task.reach.up ||
-          p.y > task.reach.down)
-        continue;
-      const std::size_t lane = count % kLanes;
-      if (lane == 0) pixels_.emplace_back();
-      pixels_.back().x[lane] = static_cast<float>(x);
-      pixels_.back().y[lane] = static_cast<float>(y);
-      pixels_.back().grey[lane] = static_cast<float>(line[column]);
-      ++count;
-    }
-  }
-  if (count < kMinPixels) return false;
-  equations_.resize(pixels_.size());
-  weighCodes(task, count);
-  return true;
-}
-
-// The two codes next to a crossing lie in the white squares.
-void CornerFitter::weighCodes(const CornerTask& task, std::size_t count) {
-  const SquareCoordinates squares(task.frame);
-  const cv::Point2d atX = squares.at(1, 0), atY = squares.at(0, 1);
-  const double columnScale = squares.columnWidth() / task.blur;
-  const double rowScale = squares.rowHeight() / task.blur;
-  const double rowSign = task.whiteLowerRight ? 1 : -1;
-  const auto ux = static_cast<float>(atX.x * columnScale),
-             uy = static_cast<float>(atY.x * columnScale);
-  const auto vx = static_cast<float>(atX.y * rowScale * rowSign);
-  const auto vy = static_cast<float>(atY.y * rowScale * rowSign);
-  const auto u0 = static_cast<float>(kCodeMargin * columnScale);
-  const auto v0 = static_cast<float>(kCodeMargin * rowScale);
-  for (PixelBlock& pixels : pixels_)
-    for (std::size_t k = 0; k < kLanes; ++k) {
-      const float u = ux * pixels.x[k] + uy * pixels.y[k];
-      const float v = vx * pixels.x[k] + vy * pixels.y[k];
-      const float a = shareBeyond(u - u0) * shareBeyond(v - v0);
-      const float b = shareBeyond(-u - u0) * shareBeyond(-v - v0);
-      const float error = kCodeError * (a + b), share = 1 / (1 + error * error);
-      pixels.firstCode[k] = a;
-      pixels.secondCode[k] = b;
-      pixels.weight[k] = share * share;
-    }
-  for (std::size_t k = count; k < pixels_.size() * kLanes; ++k)
-    pixels_.back().weight[k % kLanes] = 0;
 }
 
 // Residuals and derivatives of every pixel. Where the edges do not meet at a right angle the
@@ -202,14 +130,14 @@ void CornerFitter::linearise(const Model& model, double radius) {
           pixels.grey[k] - (contrast * checker + level + (lightX * x + lightY * y) * inverseRadius +
                             code1 * pixels.firstCode[k] + code2 * pixels.secondCode[k]);
     }
-    for (std::size_t i = 0; i < kUnknowns; ++i)
+    for (int i = 0; i < kUnknowns; ++i)
       for (std::size_t k = 0; k < kLanes; ++k)
         equations.weighted[i][k] = d[i][k] * pixels.weight[k];
   }
 }
 
 // The sums are kept in lanes of their own, as vectors add them up.
-bool CornerFitter::solveStep(int unknowns, std::array<double, kUnknowns>& step) {
+bool CornerFitter::solveStep(int unknowns, Unknowns& step) {
   const auto sumOf = [](const Lanes& lanes) {
     double sum = 0;
     for (float lane : lanes) sum += static_cast<double>(lane);
@@ -221,17 +149,17 @@ bool CornerFitter::solveStep(int unknowns, std::array<double, kUnknowns>& step) 
       for (const EquationBlock& block : equations_)
         for (std::size_t k = 0; k < kLanes; ++k)
           sums[k] += block.weighted[i][k] * block.derivative[j][k];
-      normal_[i * kUnknowns + j] = normal_[j * kUnknowns + i] = sumOf(sums);
+      normal_(i, j) = normal_(j, i) = sumOf(sums);
     }
     Lanes sums{};
     for (const EquationBlock& block : equations_)
       for (std::size_t k = 0; k < kLanes; ++k) sums[k] += block.weighted[i][k] * block.residual[k];
     gradient_[i] = sumOf(sums);
-    normal_[i * kUnknowns + i] += kRelativeRidge * normal_[i * kUnknowns + i] + kAbsoluteRidge;
+    normal_(i, i) += kRelativeRidge * normal_(i, i) + kAbsoluteRidge;
   }
   auto factor = normal_;
   step = gradient_;
-  return cv::hal::Cholesky64f(factor.data(), kUnknowns * sizeof(double), unknowns, step.data(),
+  return cv::hal::Cholesky64f(factor.val, kUnknowns * sizeof(double), unknowns, step.val,
                               sizeof(double), 1) != 0;
 }
 
@@ -264,14 +192,14 @@ void CornerFitter::judge(const Model& model, int unknowns, bool whiteLowerRight,
       fromShifts * cv::Vec2d(model.value[kRowLineShift], model.value[kColumnLineShift]);
   result.pixel = {place[0], place[1]};
 
-  std::array<double, kUnknowns * 2> columns{};
-  columns[kRowLineShift * 2] = 1;
-  columns[kColumnLineShift * 2 + 1] = 1;
+  cv::Matx<double, kUnknowns, 2> columns;
+  columns(kRowLineShift, 0) = 1;
+  columns(kColumnLineShift, 1) = 1;
   auto factor = normal_;
-  cv::hal::Cholesky64f(factor.data(), kUnknowns * sizeof(double), unknowns, columns.data(),
+  cv::hal::Cholesky64f(factor.val, kUnknowns * sizeof(double), unknowns, columns.val,
                        2 * sizeof(double), 2);
-  const cv::Matx22d covariance(columns[kRowLineShift * 2], columns[kRowLineShift * 2 + 1],
-                               columns[kColumnLineShift * 2], columns[kColumnLineShift * 2 + 1]);
+  const cv::Matx22d covariance(columns(kRowLineShift, 0), columns(kRowLineShift, 1),
+                               columns(kColumnLineShift, 0), columns(kColumnLineShift, 1));
   const double variance = errors / std::max(1.0, weights - unknowns);
   result.deviation =
       std::sqrt(std::max(0.0, variance * cv::trace(fromShifts * covariance * fromShifts.t())));

@@ -6,33 +6,12 @@
 #ifndef VELMORN64_PROVIDERS_BRANTIS64_CORNER_MODEL_H
 #define VELMORN64_PROVIDERS_BRANTIS64_CORNER_MODEL_H
 
-#include <array>
 #include <vector>
 
-#include "brantis64/board_grid.h"
+#include "brantis64/corner_task.h"
+#include "brantis64/corner_window.h"
 
 namespace velmorn::brantis {
-
-// How far the pattern around a crossing is known to go on, squares.
-struct WindowReach {
-  double left = 0.4;
-  double right = 0.4;
-  double up = 0.4;
-  double down = 0.4;
-};
-
-struct CornerTask {
-  LocalFrame frame;             // where the crossing is thought to be
-  bool whiteLowerRight = false; // the pattern's polarity
-  double blur = 1;              // pixels (sigma)
-  bool fitsBlur = false;        // whether the blur is an unknown too
-  double contrast = 200;        // a start, grey levels
-  double radius = 7;            // of the window, pixels
-  WindowReach reach;
-  double columnLineBend = 0; // half the curvature, 1 / pixel, towards the next column
-  double rowLineBend = 0;    // the same towards the next row
-  double tolerance = 0.02;   // stops when a step is smaller, pixels
-};
 
 struct CornerFit {
   cv::Point2d pixel;
@@ -66,6 +45,8 @@ class CornerFitter {
     kUnknowns
   };
 
+  using Unknowns = cv::Vec<double, kUnknowns>;
+
   struct Line {
     cv::Point2d normal; // unit, towards the next row or column
     cv::Point2d along;  // unit
@@ -73,33 +54,25 @@ class CornerFitter {
   };
   struct Model {
     Line rowLine, columnLine;
-    std::array<double, kUnknowns> value{};
+    Unknowns value;
   };
 
-  // Pixels are kept in blocks, so that the compiler can do a block's pixels side by side.
-  static constexpr std::size_t kLanes = 16;
-  using Lanes = std::array<float, kLanes>;
-  struct PixelBlock {
-    Lanes x{}, y{}; // pixels from the crossing's supposed place
-    Lanes grey{}, weight{}, firstCode{}, secondCode{};
-  };
   struct EquationBlock {
-    std::array<Lanes, kUnknowns> derivative{}, weighted{};
+    Lanes derivative[kUnknowns]{}, weighted[kUnknowns]{};
     Lanes residual{};
   };
 
   Model startModel(const CornerTask& task) const;
-  bool collectWindow(const CornerTask& task);
-  void weighCodes(const CornerTask& task, std::size_t count);
+  static void turn(Line& line, double angle);
   void linearise(const Model& model, double radius);
-  bool solveStep(int unknowns, std::array<double, kUnknowns>& step);
+  bool solveStep(int unknowns, Unknowns& step);
   void judge(const Model& model, int unknowns, bool whiteLowerRight, CornerFit& result) const;
 
   cv::Mat1b grey_;
-  std::vector<PixelBlock> pixels_; // the last one filled up with pixels of no weight
+  std::vector<PixelBlock> pixels_;
   std::vector<EquationBlock> equations_;
-  std::array<double, kUnknowns * kUnknowns> normal_{};
-  std::array<double, kUnknowns> gradient_{};
+  cv::Matx<double, kUnknowns, kUnknowns> normal_;
+  Unknowns gradient_;
 };
 
 } // namespace velmorn::brantis

@@ -1,7 +1,6 @@
 // Where a corner must be: a weighted homography of its neighbours.
 #include "brantis64/corner_prediction.h"
 
-#include <array>
 #include <cmath>
 
 #include <opencv2/core/hal/hal.hpp>
@@ -117,23 +116,23 @@ bool fitHomography(const std::vector<GridSample>& samples, Homography& homograph
 cv::Point2d lensCorrection(const std::vector<GridSample>& samples, const Homography& homography) {
   constexpr int kTerms = 6;
   const double noise = kNoise / (kLensBend * homography.length);
-  std::array<double, kTerms * kTerms> matrix{};
-  std::array<double, kTerms * 2> right{};
+  cv::Matx<double, kTerms, kTerms> matrix;
+  cv::Matx<double, kTerms, 2> right;
   for (const GridSample& s : samples) {
     const double u = s.column, v = s.row;
-    const std::array<double, kTerms> terms{1, u, v, u * u, u * v, v * v};
+    const double terms[kTerms] = {1, u, v, u * u, u * v, v * v};
     const cv::Point2d residual = s.pixel - homography.at(u, v);
     for (int i = 0; i < kTerms; ++i) {
-      for (int j = 0; j < kTerms; ++j) matrix[i * kTerms + j] += s.weight * terms[i] * terms[j];
-      right[i * 2] += s.weight * terms[i] * residual.x;
-      right[i * 2 + 1] += s.weight * terms[i] * residual.y;
+      for (int j = 0; j < kTerms; ++j) matrix(i, j) += s.weight * terms[i] * terms[j];
+      right(i, 0) += s.weight * terms[i] * residual.x;
+      right(i, 1) += s.weight * terms[i] * residual.y;
     }
   }
-  for (int i = 0; i < kTerms; ++i) matrix[i * kTerms + i] += i < 3 ? kTinyRidge : noise * noise;
-  if (cv::hal::Cholesky64f(matrix.data(), kTerms * sizeof(double), kTerms, right.data(),
+  for (int i = 0; i < kTerms; ++i) matrix(i, i) += i < 3 ? kTinyRidge : noise * noise;
+  if (cv::hal::Cholesky64f(matrix.val, kTerms * sizeof(double), kTerms, right.val,
                            2 * sizeof(double), 2) == 0)
     return {0, 0};
-  return {right[0], right[1]};
+  return {right(0, 0), right(0, 1)};
 }
 
 LocalFrame frameOf(const Homography& h) {

@@ -14,7 +14,7 @@ constexpr double kRadius = 16;     // pixels
 constexpr double kBendLength = 90; // pixels on each side that a line's bend is taken over
 constexpr int kMinBendReach = 2;   // squares
 constexpr int kMaxBendReach = 5;
-constexpr double kFinalTolerance = 0.003; // pixels
+constexpr double kFinalTolerance = 0.01; // pixels
 
 // How far to use the pattern in one direction, squares.
 double reachTowards(bool nextIsKnown, double blurInSquares) {

@@ -166,7 +166,6 @@ TEST(ExtractCorners, KeepsToTheSeedsBoard) {
   ViewOptions options;
   options.board = {8, 10, 20};
   options.squarePixels = 28;
-  options.lookAt = {0.5, 0.5};
   const BoardView left = makeView(options);
   // The same board once more, turned a little and beside.
   options.lookAt = {-0.75, 0.5};
@@ -174,7 +173,7 @@ TEST(ExtractCorners, KeepsToTheSeedsBoard) {
   const BoardView right = makeView(options);
   BoardView both = left;
   right.image.colRange(460, 640).copyTo(both.image.colRange(460, 640));
-  const Comparison comparison = compare(both, cornersOf(left.image.empty() ? right : both));
+  const Comparison comparison = compare(both, cornersOf(both));
   EXPECT_EQ(comparison.wrong, 0U);
   EXPECT_GE(comparison.recall(), 0.995);
 }
