@@ -2,13 +2,19 @@
 #ifndef VELMORN64_DEPTH_AERIAL_PREFETCH_H
 #define VELMORN64_DEPTH_AERIAL_PREFETCH_H
 
+#include <cstddef>
+
 namespace velmorn {
 
-inline void fetchForReading(const void* place) {
+constexpr std::size_t kCacheLine = 64; // bytes
+
+inline void fetchForReading(const void* from, std::size_t bytes) {
 #if defined(__GNUC__)
-  __builtin_prefetch(place, 0);
+  for (std::size_t i = 0; i < bytes; i += kCacheLine)
+    __builtin_prefetch(static_cast<const char*>(from) + i, 0);
 #else
-  static_cast<void>(place);
+  static_cast<void>(from);
+  static_cast<void>(bytes);
 #endif
 }
 
