@@ -3,28 +3,18 @@
 #define VELMORN64_DEPTH_AERIAL_PREFETCH_H
 
 #include <cstddef>
+#include <cstdint>
 
 namespace velmorn {
 
-constexpr std::size_t kCacheLine = 64; // bytes
+// In a file of their own: where g++ sees that a function has no effect, it drops the call.
 
-inline void fetchForReading(const void* from, std::size_t bytes) {
-#if defined(__GNUC__)
-  for (std::size_t i = 0; i < bytes; i += kCacheLine)
-    __builtin_prefetch(static_cast<const char*>(from) + i, 0);
-#else
-  static_cast<void>(from);
-  static_cast<void>(bytes);
-#endif
-}
+// A stretch of memory that will be read.
+void fetchForReading(const void* from, std::size_t bytes);
 
-inline void fetchForWriting(const void* place) {
-#if defined(__GNUC__)
-  __builtin_prefetch(place, 1);
-#else
-  static_cast<void>(place);
-#endif
-}
+// Elements of elementBytes that will be written, at n indices of an array.
+void fetchForWriting(const void* array, std::size_t elementBytes, const std::int32_t* indices,
+                     int n);
 
 } // namespace velmorn
 
