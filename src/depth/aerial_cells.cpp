@@ -61,9 +61,8 @@ void fetchCells(const SampleList& list, const AerialCells& cells) {
   const std::size_t cellBytes =
       sizeof *cells.nearest + (cells.image != nullptr ? kColorBytes : std::size_t{0});
   if (cells.count * cellBytes <= kCachedBytes) return;
-  for (int i = 0; i < list.n; ++i) fetchForWriting(cells.nearest + list.cells[i]);
-  if (cells.image == nullptr) return;
-  for (int i = 0; i < list.n; ++i) fetchForWriting(shownAt(cells, list.cells[i]));
+  fetchForWriting(cells.nearest, sizeof *cells.nearest, list.cells, list.n);
+  if (cells.image != nullptr) fetchForWriting(cells.image, kColorBytes, list.cells, list.n);
 }
 
 void takeCells(const SampleList& list, const AerialCells& cells) {

@@ -86,6 +86,7 @@ int listSamples(const DepthStretch& stretch, const CameraFactors& camera, const 
     if (!camera.isFirst) p = {rowX.times(p, d), rowY.times(p, d)};
     const __mmask16 inside =
         insideGrid(p, vectorGrid, _mm512_test_epi32_mask(depth, depth)); // rests have depth 0
+    if (inside == 0) continue; // often whole sides of an image
 
     // Samples outside have the cell -1: they beat none inside.
     const __m512i cell =

@@ -2,23 +2,19 @@
 #ifndef VELMORN64_DEPTH_AERIAL_PREFETCH_H
 #define VELMORN64_DEPTH_AERIAL_PREFETCH_H
 
+#include <cstddef>
+#include <cstdint>
+
 namespace velmorn {
 
-inline void fetchForReading(const void* place) {
-#if defined(__GNUC__)
-  __builtin_prefetch(place, 0);
-#else
-  static_cast<void>(place);
-#endif
-}
+// In a file of their own: where g++ sees that a function has no effect, it drops the call.
 
-inline void fetchForWriting(const void* place) {
-#if defined(__GNUC__)
-  __builtin_prefetch(place, 1);
-#else
-  static_cast<void>(place);
-#endif
-}
+// A stretch of memory that will be read.
+void fetchForReading(const void* from, std::size_t bytes);
+
+// Elements of elementBytes that will be written, at n indices of an array.
+void fetchForWriting(const void* array, std::size_t elementBytes, const std::int32_t* indices,
+                     int n);
 
 } // namespace velmorn
 

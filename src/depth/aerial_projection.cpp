@@ -10,6 +10,7 @@
 
 #include "depth/aerial_cells.h"
 #include "depth/aerial_kernels.h"
+#include "depth/aerial_prefetch.h"
 #include "depth/depth_false_color.h"
 #include "depth/grid_size.h"
 
@@ -123,29 +124,42 @@ void fillColumnFactors(const CameraFactors& camera, int width, float* factors) {
   for (int u = 0; u < width; ++u) factors[u] = (static_cast<float>(u) - camera.cx) * camera.ifx;
 }
 
-// A list is taken when the next one is made: until then the memory of its cells is on its way.
+// Asks for the samples and pixels of a stretch.
+void fetchStretch(const Projection& p, std::size_t k, int v, int u, int n) {
+  if (v >= p.depths[k].rows) return;
+  const auto samples = static_cast<std::size_t>(n), first = static_cast<std::size_t>(u);
+  fetchForReading(p.depths[k].ptr<std::uint16_t>(v) + first, samples * sizeof(std::uint16_t));
+  if (!p.colors.empty())
+    fetchForReading(p.colors[k].ptr(v) + kColorBytes * first, kColorBytes * samples);
+}
+
+void listStretch(const AerialKernels& kernels, const Projection& p, std::size_t k, int v, int u,
+                 int n, SampleList& list) {
+  const CameraFactors& camera = p.cameras[k];
+  const DepthStretch stretch{p.depths[k].ptr<std::uint16_t>(v) + u, p.columnFactors.data() + u, n,
+                             (static_cast<float>(v) - camera.cy) * camera.ify};
+  list.n = kernels.listSamples(stretch, camera, p.grid, list.samples, list.cells);
+  if (!p.colors.empty())
+    list.color = p.colors[k].ptr(v) + kColorBytes * static_cast<std::size_t>(u);
+}
+
+// A list is taken when the next one is made: until then the memory of its cells is on its way, and
+// that of the row below.
 void projectCamera(const AerialKernels& kernels, Projection& p, std::size_t k,
                    const AerialCells& cells) {
-  const CameraFactors& camera = p.cameras[k];
-  const cv::Mat& depths = p.depths[k];
-  fillColumnFactors(camera, depths.cols, p.columnFactors.data());
+  const int width = p.depths[k].cols;
+  fillColumnFactors(p.cameras[k], width, p.columnFactors.data());
   SampleList lists[2];
   int current = 0;
-  for (int v = 0; v < depths.rows; ++v) {
-    const auto* depth = depths.ptr<std::uint16_t>(v);
-    const unsigned char* color = p.colors.empty() ? nullptr : p.colors[k].ptr(v);
-    const float rowFactor = (static_cast<float>(v) - camera.cy) * camera.ify;
-    for (int u = 0; u < depths.cols; u += kStretch) {
-      const DepthStretch stretch{depth + u, p.columnFactors.data() + u,
-                                 std::min(kStretch, depths.cols - u), rowFactor};
-      SampleList& list = lists[current];
-      list.n = kernels.listSamples(stretch, camera, p.grid, list.samples, list.cells);
-      if (color != nullptr) list.color = color + kColorBytes * static_cast<std::size_t>(u);
-      fetchCells(list, cells);
+  for (int v = 0; v < p.depths[k].rows; ++v)
+    for (int u = 0; u < width; u += kStretch) {
+      const int n = std::min(kStretch, width - u);
+      listStretch(kernels, p, k, v, u, n, lists[current]);
+      fetchCells(lists[current], cells);
+      fetchStretch(p, k, v + 1, u, n);
       current = 1 - current;
       takeCells(lists[current], cells);
     }
-  }
   takeCells(lists[1 - current], cells);
 }
 

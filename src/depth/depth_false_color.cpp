@@ -21,8 +21,6 @@ constexpr int kDepths = kEmptyCell; // depths that a cell can have, 0 to 65534
 constexpr int kBlock = 2048;
 static_assert(kBlock <= kMostListed);
 
-constexpr std::size_t kLine = 32; // cells in a cache line
-
 // Calls `use` with the covered cells of every block: the list, its length, the block's first cell.
 template <typename Use>
 void forEachBlock(const unsigned short* depth, std::size_t cells, const Use& use) {
@@ -30,8 +28,9 @@ void forEachBlock(const unsigned short* depth, std::size_t cells, const Use& use
   Listed covered[kBlock + kListSlack];
   for (std::size_t first = 0; first < cells; first += kBlock) {
     const int size = static_cast<int>(std::min<std::size_t>(kBlock, cells - first));
-    const std::size_t next = first + kBlock, end = std::min(next + kBlock, cells);
-    for (std::size_t i = next; i < end; i += kLine) fetchForReading(depth + i);
+    const std::size_t next = std::min(first + kBlock, cells);
+    const std::size_t nextSize = std::min<std::size_t>(kBlock, cells - next);
+    fetchForReading(depth + next, nextSize * sizeof *depth);
     use(covered, kernels.listCovered(depth + first, size, covered), first, size);
   }
 }
