@@ -109,17 +109,15 @@ class Search {
     const Quad square = refinedQuad(pyramid_, predicted);
     if (!isProperQuad(square)) return std::nullopt;
     const auto look = lookAtSquare(grey, square);
-    if (!look) return std::nullopt;
-    white_.add(square);
+    const int crossings = countCrossings(grey, square);
+    if (!look || crossings < kMinCrossings) return std::nullopt;
+    // With a corner out of place it may look different from another neighbour.
+    if (crossings == 4) white_.add(square);
     const auto read = readSquare(grey, square, *look, budget_);
     if (!read) return std::nullopt;
-    const int crossings = countCrossings(grey, square);
-    FoundCode code = found(read->text, turnedQuad(square, read->turns));
+    const FoundCode code = found(read->text, turnedQuad(square, read->turns));
     if (crossings == 4) return code;
-    if (crossings > secondBestCrossings_) {
-      secondBestCrossings_ = crossings;
-      secondBest_ = code;
-    }
+    if (!secondBest_) secondBest_ = code;
     return std::nullopt;
   }
 
@@ -139,7 +137,6 @@ class Search {
   ReadingBudget budget_;
   // Read, but with a corner that is covered or out of place.
   std::optional<FoundCode> secondBest_;
-  int secondBestCrossings_ = kMinCrossings - 1;
 };
 
 } // namespace

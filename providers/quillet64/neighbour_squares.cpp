@@ -37,11 +37,12 @@ int windowFor(float side) {
   return std::clamp(static_cast<int>(kWindowShare * side), kMinWindow, kMaxWindow);
 }
 
-// Pixels between a point and the image's border that a window can take.
+// The half window that a point near the image's border can take: up to half of it may lie outside,
+// where there is nothing to see that could mislead.
 int roomAround(const cv::Point2f& p, const cv::Size& size) {
   const float nearest = std::min({p.x, p.y, static_cast<float>(size.width - 1) - p.x,
                                   static_cast<float>(size.height - 1) - p.y});
-  return static_cast<int>(std::floor(std::clamp(nearest - 1, 0.0F, 100.0F)));
+  return static_cast<int>(std::floor(std::clamp(2 * nearest - 1, 0.0F, 100.0F)));
 }
 
 cv::Point2f unit(const cv::Point2f& v) { return v / std::max(std::hypot(v.x, v.y), 1e-6F); }

@@ -16,7 +16,7 @@ namespace velmorn::quillet {
 std::array<Quad, 4> neighbourSquares(const Quad& quad);
 
 // Corners drawn to the crossings of the pattern next to them, to a fraction of a pixel; those
-// within 3 pixels of the image's border stay.
+// within 2 pixels of the image's border stay.
 Quad refinedQuad(const cv::Mat& grey, const Quad& quad);
 
 // The same for a square in pixels of level 0 whose corners may be off by a tenth of its side:

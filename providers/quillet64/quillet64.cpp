@@ -8,9 +8,12 @@
 
 namespace {
 
-constexpr std::int32_t kBadArgument = -1;
-constexpr std::int32_t kBadImage = -2;
-constexpr std::int32_t kFailed = -3;
+// Results besides 0. -1110 and -1303 must never be among them: the product ends a whole run at
+// these two, where it skips one image at any other.
+constexpr std::int32_t kBadArgument = -1; // null handle or record
+constexpr std::int32_t kBadImage = -2;    // no 8-bit one-channel image of the handle's size, or no
+                                          // such size; nothing is written
+constexpr std::int32_t kFailed = -3;      // out of memory or the like; nothing is written
 
 // What a handle stands for; the output's pointers lead into it.
 struct Reader {

@@ -20,6 +20,7 @@ constexpr std::size_t kMaxQuads = 500;
 constexpr double kMinSolidity = 0.8; // of an outline in its convex hull
 constexpr double kMinQuadFill = 0.8; // of the hull in its quadrilateral, and the other way round
 constexpr float kMaxSideRatio = 4;
+constexpr int kPartingPixels = 2;
 constexpr float kOutlineInside = 0.5F; // pixels; outlines run through the centres of dark pixels
 
 using Outline = std::vector<cv::Point>;
@@ -39,7 +40,7 @@ cv::Mat darkMask(const cv::Mat& grey, const DarkThreshold& threshold) {
                         threshold.blockSize, kDarker);
   // Noise costs time per speck.
   cv::medianBlur(mask, mask, 3);
-  if (threshold.partSquares) cv::erode(mask, mask, cv::Mat());
+  if (threshold.partSquares) cv::erode(mask, mask, cv::Mat(), {-1, -1}, kPartingPixels);
   return mask;
 }
 
@@ -85,7 +86,7 @@ bool isSquareLike(const Quad& quad) {
   return isProperQuad(quad) && longestSide(quad) <= kMaxSideRatio * shortestSide(quad);
 }
 
-bool appendQuad(const Outline& outline, std::vector<Quad>& quads) {
+bool appendQuad(const Outline& outline, float widening, std::vector<Quad>& quads) {
   Outline hull;
   cv::convexHull(outline, hull, true);
   const double hullArea = cv::contourArea(hull);
@@ -98,7 +99,7 @@ bool appendQuad(const Outline& outline, std::vector<Quad>& quads) {
   std::copy(polygon.begin(), polygon.end(), quad.begin());
   if (!isProperQuad(quad)) std::swap(quad[1], quad[3]);
   if (!isSquareLike(quad)) return false;
-  quads.push_back(widened(quad, kOutlineInside));
+  quads.push_back(widened(quad, widening));
   return true;
 }
 
@@ -107,8 +108,9 @@ bool appendQuad(const Outline& outline, std::vector<Quad>& quads) {
 std::vector<Quad> findDarkQuads(const cv::Mat& grey, const DarkThreshold& threshold) {
   std::vector<Quad> quads;
   if (std::min(grey.cols, grey.rows) < kMinExtent) return quads;
+  const float widening = kOutlineInside + (threshold.partSquares ? float{kPartingPixels} : 0);
   for (const Outline& outline : plausibleOutlines(darkMask(grey, threshold)))
-    appendQuad(outline, quads);
+    appendQuad(outline, widening, quads);
   std::stable_sort(quads.begin(), quads.end(),
                    [](const Quad& a, const Quad& b) { return shortestSide(a) > shortestSide(b); });
   if (quads.size() > kMaxQuads) quads.resize(kMaxQuads);

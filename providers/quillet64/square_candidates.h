@@ -13,7 +13,7 @@ namespace velmorn::quillet {
 // What is told from its surroundings as dark.
 struct DarkThreshold {
   int blockSize = 0;        // pixels, odd; a pixel is compared with the mean of the block around it
-  bool partSquares = false; // one pixel of every dark area's rim is given up, so that squares part
+  bool partSquares = false; // two pixels of every dark area's rim is given up, so that squares part
                             // that touch at their corners
 };
 

@@ -15,8 +15,8 @@ namespace velmorn::quillet {
 // The work that one image may still cost, counted so that the result does not depend on the
 // machine.
 struct ReadingBudget {
-  int samplings = 450;       // of all modules of one size
-  long long shares = 500000; // of modules in pixels, over all deconvolutions
+  int samplings = 300;       // of all modules of one size
+  long long shares = 300000; // of modules in pixels, over all deconvolutions
 };
 
 struct SquareText {

@@ -15,8 +15,7 @@ namespace {
 Quad squareAround(const ZXing::Position& position) {
   Quad code;
   for (std::size_t k = 0; k < 4; ++k)
-    code[k] = cv::Point2f(static_cast<float>(position[static_cast<int>(k)].x),
-                          static_cast<float>(position[static_cast<int>(k)].y));
+    code[k] = cv::Point2f(static_cast<float>(position[k].x), static_cast<float>(position[k].y));
   const cv::Matx33d imageFromCode = imageFromSquare(code);
   constexpr double kMargin = kCodeMargin / kCodeShare; // of the code's side
   const auto place = [&](double u, double v) {

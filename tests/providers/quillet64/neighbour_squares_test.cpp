@@ -69,14 +69,30 @@ TEST(RefinedQuad, TooSmallSquaresAndCornersAtTheBorderStay) {
   EXPECT_EQ(apart(refinedQuad(grey, outside), outside), 0);
 }
 
-TEST(RefinedQuad, GoesDownThePyramid) {
-  DrawnSquare drawn = drawnEmptySquare(96);
+TEST(RefinedQuad, LargeSquaresStartOnACoarserLevel) {
+  DrawnSquare drawn = drawnEmptySquare(160);
   cv::GaussianBlur(drawn.grey, drawn.grey, {0, 0}, 0.8);
-  const auto pyramid = imagePyramid(drawn.grey, 120);
-  ASSERT_EQ(pyramid.size(), 3U);
-  Quad coarse = drawn.quad;
-  for (cv::Point2f& corner : coarse) corner = onCoarserLevel(onCoarserLevel(corner));
-  EXPECT_LT(apart(refinedQuad(pyramid, 2, shaken(coarse)), drawn.quad), 0.05);
+  Quad far = drawn.quad;
+  for (std::size_t k = 0; k < 4; ++k) far[k] = far[k] + 12 * (shaken(far)[k] - far[k]);
+  EXPECT_GT(apart(far, drawn.quad), 10);
+  EXPECT_LT(apart(refinedQuad(imagePyramid(drawn.grey, 120), far), drawn.quad), 0.05);
+  // Beyond the window of the level itself.
+  EXPECT_GT(apart(refinedQuad(drawn.grey, far), drawn.quad), 2);
+}
+
+TEST(CountCrossings, CountsCornersThatAreInPlace) {
+  for (const int side : {16, 48, 160}) {
+    DrawnSquare drawn = drawnEmptySquare(side);
+    cv::GaussianBlur(drawn.grey, drawn.grey, {0, 0}, 0.8);
+    EXPECT_EQ(countCrossings(drawn.grey, drawn.quad), 4) << side;
+    Quad moved = drawn.quad;
+    moved[2] += cv::Point2f(4, 1);
+    EXPECT_EQ(countCrossings(drawn.grey, moved), 3) << side;
+    // A black square's corners cross the other way round.
+    EXPECT_EQ(countCrossings(drawn.grey, neighbourSquares(drawn.quad)[0]), 0) << side;
+  }
+  EXPECT_EQ(countCrossings(cv::Mat(50, 50, CV_8UC1, cv::Scalar(128)), boxQuad(10, 10, 30, 30)), 0);
+  EXPECT_EQ(countCrossings(cv::Mat(5, 5, CV_8UC1, cv::Scalar(128)), boxQuad(0, 0, 4, 4)), 0);
 }
 
 } // namespace

@@ -79,9 +79,10 @@ TEST(SquareLook, MeasuresTheBlurOfTheSides) {
     cv::GaussianBlur(drawn.grey, drawn.grey, {0, 0}, sigma);
     const auto look = lookAtSquare(drawn.grey, drawn.quad);
     ASSERT_TRUE(look);
-    // The pixels themselves blur with a variance of a twelfth.
+    // The pixels themselves blur with a variance of a twelfth. Sides along the pixels are the worst
+    // case: all places along them fall between the pixels in the same way.
     const double expected = std::sqrt(sigma * sigma + 1.0 / 12);
-    EXPECT_NEAR(blurAtSides(drawn.grey, drawn.quad, *look), expected, 0.1 * expected) << sigma;
+    EXPECT_NEAR(blurAtSides(drawn.grey, drawn.quad, *look), expected, 0.15 * expected) << sigma;
   }
 }
 

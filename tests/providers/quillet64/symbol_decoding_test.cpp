@@ -54,8 +54,9 @@ TEST(SymbolDecoding, CorrectsSomeModulesAndGivesUpOnMany) {
 
 TEST(SymbolDecoding, SkipsMirroredAndTurnedSymbolsAndForeignTexts) {
   const cv::Mat_<uchar> symbol = tool::dataMatrix("12,7,20", 12);
-  EXPECT_EQ(decodeSymbol(symbol.t()), std::nullopt);
   cv::Mat_<uchar> flipped;
+  cv::transpose(symbol, flipped);
+  EXPECT_EQ(decodeSymbol(flipped), std::nullopt);
   cv::flip(symbol, flipped, 1);
   EXPECT_EQ(decodeSymbol(flipped), std::nullopt);
   EXPECT_EQ(decodeSymbol(tool::dataMatrix("HELLO", 12)), std::nullopt);
