@@ -3,7 +3,9 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdint>
 #include <tuple>
+#include <utility>
 
 #include "datacode/code_content.h"
 #include "geometry/board_corners.h"
@@ -23,11 +25,12 @@ int gridLine(float coordinate, float square) {
       std::lround(std::clamp(static_cast<double>(coordinate / square), -1e6, 1e6)));
 }
 
+// Codes come from outside: the numbers before theirs are counted in 64 bits.
 std::vector<cv::Point2f> squareOf(const CodeContent& code, const std::vector<GridCorner>& corners) {
+  const std::int64_t right = code.a, bottom = code.b;
   std::vector<cv::Point2f> square;
-  for (const auto& [column, row] :
-       {std::pair(code.a - 1, code.b - 1), std::pair(code.a, code.b - 1), std::pair(code.a, code.b),
-        std::pair(code.a - 1, code.b)}) {
+  for (const auto& [column, row] : {std::pair(right - 1, bottom - 1), std::pair(right, bottom - 1),
+                                    std::pair(right, bottom), std::pair(right - 1, bottom)}) {
     for (const GridCorner& corner : corners)
       if (corner.column == column && corner.row == row) square.push_back(corner.pixel);
   }
