@@ -510,8 +510,8 @@ VELMORN64_API int ozkVelmornByChessCtype(const OzKStitchCstring* camIDs, int cam
 // The board's white squares carry printed codes, each a text "a,b,s": the square's column and row,
 // counted from 1, and the side of a square. The board's frame has its origin at the outer corner of
 // square (1, 1), x along the columns, y down along the rows as printed; square (a, b) spans
-// (a - 1) s to a s in x and (b - 1) s to b s in y. One readable code in an image places every corner
-// found in it, so cameras that see different parts of one board can be stitched.
+// (a - 1) s to a s in x and (b - 1) s to b s in y. One readable code in an image places every
+// corner found in it, so cameras that see different parts of one board can be stitched.
 //
 // Codes and corners are found by two further libraries, Quillet64 and Brantis64, which are loaded
 // together with this one and can be replaced by others with the same functions.
@@ -578,10 +578,10 @@ VELMORN64_API int ozkFindDataCodeChessCornerPtAndWorldPt(tagOzKImage* image,
 //   "baseCamIdx=N" console and "ozkVelmornByDataCodeChess success" log, after success
 //
 // Returns kOzkSuccess; kOzkBadSize for a bad count of cameras or images or missing camera
-// parameters, before any image is read; kOzkNullExtrinsic when the corner search of an image returns
-// that or -1303; kOzkUnlinkedCamera when a camera could not be linked, with the entries of the
-// cameras before it written to `result`; kOzkComputationFailed when memory ran out. `chessImgPaths`,
-// `intrinsics` and `distortions` are not modified.
+// parameters, before any image is read; kOzkNullExtrinsic when the corner search of an image
+// returns that or -1303; kOzkUnlinkedCamera when a camera could not be linked, with the entries of
+// the cameras before it written to `result`; kOzkComputationFailed when memory ran out.
+// `chessImgPaths`, `intrinsics` and `distortions` are not modified.
 VELMORN64_API int ozkVelmornByDataCodeChess(
     const std::vector<std::string>& camIDs,
     std::map<std::string, std::vector<std::string>>& chessImgPaths,

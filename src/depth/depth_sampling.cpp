@@ -1,8 +1,8 @@
 // What a depth camera's pixels cover at a working distance.
 #include <cmath>
-#include <limits>
 
 #include "foundation/boundary.h"
+#include "foundation/truncation.h"
 
 namespace velmorn {
 namespace {
@@ -13,19 +13,12 @@ constexpr double kTruncatedPi = 3.1415926;
 // Larger than any coordinate that counts; what the extremes start from.
 constexpr float kFarthest = 16777215.0F;
 
-// What an int cannot hold, NaN too, becomes the smallest one.
-int toInt(float value) {
-  constexpr float kLimit = 2147483648.0F; // 2^31
-  if (!(value >= -kLimit && value < kLimit)) return std::numeric_limits<int>::min();
-  return static_cast<int>(value);
-}
-
 // Every step rounds to float, except the product with pi.
 int sampleFactor(float fieldOfViewDegrees, int pixelCount, float distance) {
   const float halfTurns = fieldOfViewDegrees / 180.0F;
   const auto angle = static_cast<float>(static_cast<double>(halfTurns) * kTruncatedPi);
   const float width = std::tan(angle * 0.5F) * distance * 2.0F;
-  return toInt(std::ceil(width / static_cast<float>(pixelCount)));
+  return truncatedToInt(static_cast<double>(std::ceil(width / static_cast<float>(pixelCount))));
 }
 
 struct Extent {

@@ -66,10 +66,12 @@ class CodeBoardPicture : public PlanePicture {
   const tool::CodeBoardSymbols& symbols_;
 };
 
+// Before the camera, and not so far off its axis that the lens's polynomial folds it back.
 bool facesCamera(const cv::Matx44d& camFromBoard, const cv::Point2f& onBoard) {
+  constexpr double kLargestTangent = 0.9;
   const cv::Vec4d p = camFromBoard * cv::Vec4d(static_cast<double>(onBoard.x),
                                                static_cast<double>(onBoard.y), 0, 1);
-  return p[2] > 0;
+  return p[2] > 0 && std::hypot(p[0], p[1]) < kLargestTangent * p[2];
 }
 
 } // namespace
