@@ -18,14 +18,15 @@
 #include <memory>
 
 #include "brantis64/corner_extractor.h"
-#include "brantis64/extractor_status.h"
+#include "common/provider_boundary.h"
 #include "datacode/imported_libraries.h"
 
 namespace {
 
-using velmorn::brantis::kBadArgument;
-using velmorn::brantis::kBadImage;
-using velmorn::brantis::kFailed;
+using velmorn::provider::guarded;
+using velmorn::provider::isUsable;
+using velmorn::provider::kBadArgument;
+using velmorn::provider::kBadImage;
 
 // Corners leave the library with the first pixel's centre at (0.5, 0.5).
 constexpr float kPixelCentre = 0.5F;
@@ -34,23 +35,6 @@ struct Extractor {
   velmorn::DataCodeImageSize size{};
   velmorn::CalibConfig config{};
 };
-
-// Nothing thrown leaves the library.
-template <typename Body>
-std::int32_t guarded(Body&& body) noexcept {
-  try {
-    return body();
-  } catch (...) {
-    return kFailed;
-  }
-}
-
-bool isUsable(const tagOzKImage* image, const velmorn::DataCodeImageSize& size) {
-  return image != nullptr && image->type == kOzkImageOneChannel &&
-         image->dataType == kOzkSample8U && image->data != nullptr &&
-         static_cast<std::int32_t>(image->width) == size.width &&
-         static_cast<std::int32_t>(image->height) == size.height;
-}
 
 std::int32_t extract(const Extractor& extractor, const tagOzKImage* image,
                      const velmorn::CalibCornerSet& seed, velmorn::CalibCornerSet& result) {

@@ -11,6 +11,7 @@
 #include "brantis64/outlier_check.h"
 #include "brantis64/seed_square.h"
 #include "brantis64/window_choice.h"
+#include "common/provider_boundary.h"
 
 namespace velmorn::brantis {
 namespace {
@@ -78,7 +79,7 @@ BoardCorner onBoard(const GridCorner& corner, double unit) {
 
 int extractCorners(const cv::Mat& image, const std::array<BoardCorner, 4>& seeds,
                    std::vector<BoardCorner>& corners) {
-  if (image.empty() || image.type() != CV_8UC1) return kBadImage;
+  if (image.empty() || image.type() != CV_8UC1) return provider::kBadImage;
   const cv::Mat1b grey = image;
   SeedSquare square;
   const int status = readSeeds(seeds, square);

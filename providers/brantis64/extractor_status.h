@@ -1,4 +1,4 @@
-// What the extractor returns.
+// What the extraction returns; the codes above -10 are those of both libraries.
 #ifndef VELMORN64_PROVIDERS_BRANTIS64_EXTRACTOR_STATUS_H
 #define VELMORN64_PROVIDERS_BRANTIS64_EXTRACTOR_STATUS_H
 
@@ -7,9 +7,6 @@
 namespace velmorn::brantis {
 
 constexpr std::int32_t kFound = 0;
-constexpr std::int32_t kBadArgument = -1;      // null pointer, or not four seeds
-constexpr std::int32_t kBadImage = -2;         // null, not 8-bit grey, not the handle's size
-constexpr std::int32_t kFailed = -3;           // out of memory or an error inside
 constexpr std::int32_t kNoUnitSquare = -10;    // the seeds' board coordinates are no grid square
 constexpr std::int32_t kNoSquareInImage = -11; // the seeds' pixels are no convex quadrangle
 constexpr std::int32_t kMirrored = -12;        // the seeds go round the other way in the image

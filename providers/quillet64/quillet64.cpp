@@ -1,19 +1,19 @@
-// The reader's C functions.
+// The reader's C functions. They return 0, also without a code, or a code of provider_boundary.h;
+// nothing is written then.
 #include <cmath>
 #include <cstdint>
 #include <memory>
 
+#include "common/provider_boundary.h"
 #include "datacode/imported_libraries.h"
 #include "quillet64/code_reader.h"
 
 namespace {
 
-// Results besides 0. -1110 and -1303 must never be among them: the product ends a whole run at
-// these two, where it skips one image at any other.
-constexpr std::int32_t kBadArgument = -1; // null handle or record
-constexpr std::int32_t kBadImage = -2;    // no 8-bit one-channel image of the handle's size, or no
-                                          // such size; nothing is written
-constexpr std::int32_t kFailed = -3;      // out of memory or the like; nothing is written
+using velmorn::provider::guarded;
+using velmorn::provider::isUsable;
+using velmorn::provider::kBadArgument;
+using velmorn::provider::kBadImage;
 
 // What a handle stands for; the output's pointers lead into it.
 struct Reader {
@@ -23,23 +23,6 @@ struct Reader {
   std::int32_t corners[8] = {};
   velmorn::DataCodeItem item{};
 };
-
-// Nothing thrown leaves the library.
-template <typename Body>
-std::int32_t guarded(Body&& body) noexcept {
-  try {
-    return body();
-  } catch (...) {
-    return kFailed;
-  }
-}
-
-bool isUsable(const tagOzKImage* image, const velmorn::DataCodeImageSize& size) {
-  return image != nullptr && image->type == kOzkImageOneChannel &&
-         image->dataType == kOzkSample8U && image->data != nullptr &&
-         static_cast<std::int32_t>(image->width) == size.width &&
-         static_cast<std::int32_t>(image->height) == size.height;
-}
 
 void keep(const velmorn::quillet::FoundCode& code, Reader& reader) {
   reader.text = code.text;

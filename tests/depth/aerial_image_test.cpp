@@ -4,7 +4,7 @@
 
 #include <gtest/gtest.h>
 
-#include "depth/memory_limit.h"
+#include "support/memory_limit.h"
 #include "velmorn64.h"
 
 namespace velmorn {

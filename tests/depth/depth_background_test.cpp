@@ -1,7 +1,6 @@
 // The exported depth background: values by hand, status codes, hostile inputs.
 #include <cmath>
 #include <cstring>
-#include <fstream>
 #include <limits>
 #include <vector>
 
@@ -9,13 +8,9 @@
 
 #include "depth/background_scenes.h"
 #include "depth/plain_depth_background.h"
+#include "support/memory_limit.h"
 #include "support/temp_dir.h"
 #include "velmorn64.h"
-
-#if defined(__linux__) && !defined(__SANITIZE_ADDRESS__)
-#include <sys/resource.h>
-#define VELMORN_MEMORY_CAN_BE_LIMITED
-#endif
 
 namespace velmorn {
 namespace {
@@ -277,24 +272,6 @@ TEST_F(DepthBackground, GridBeyondAllMemory) {
 }
 
 #if defined(VELMORN_MEMORY_CAN_BE_LIMITED)
-// Allows the process this many bytes beyond what it has, for the length of a test.
-class MemoryLimit {
- public:
-  explicit MemoryLimit(rlim_t bytes) {
-    getrlimit(RLIMIT_AS, &before_);
-    std::ifstream sizes("/proc/self/statm");
-    rlim_t pages = 0;
-    sizes >> pages;
-    rlimit limit = before_;
-    limit.rlim_cur = 4096 * pages + bytes;
-    setrlimit(RLIMIT_AS, &limit);
-  }
-  ~MemoryLimit() { setrlimit(RLIMIT_AS, &before_); }
-
- private:
-  rlimit before_;
-};
-
 TEST_F(DepthBackground, NoMemoryForTheGrid) {
   maxGridSize = 40000;
   for (const int side : {20000, 40000}) {

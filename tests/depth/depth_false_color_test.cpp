@@ -6,8 +6,8 @@
 
 #include <gtest/gtest.h>
 
-#include "depth/memory_limit.h"
 #include "depth/plain_aerial_view.h"
+#include "support/memory_limit.h"
 
 namespace velmorn {
 namespace {

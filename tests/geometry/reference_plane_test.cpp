@@ -2,19 +2,14 @@
 #include <cmath>
 #include <cstdlib>
 #include <cstring>
-#include <fstream>
 #include <limits>
 
 #include <gtest/gtest.h>
 
 #include "geometry/extrinsics.h"
 #include "geometry/plane_clouds.h"
+#include "support/memory_limit.h"
 #include "support/temp_dir.h"
-
-#if defined(__linux__) && !defined(__SANITIZE_ADDRESS__)
-#include <sys/resource.h>
-#define VELMORN_MEMORY_CAN_BE_LIMITED
-#endif
 
 namespace velmorn {
 namespace {
@@ -204,24 +199,6 @@ TEST_F(ReferencePlane, PointsThatAreNoNumbersAreNoInliers) {
 }
 
 #if defined(VELMORN_MEMORY_CAN_BE_LIMITED)
-// Allows the process this many bytes beyond what it has, for the length of a test.
-class MemoryLimit {
- public:
-  explicit MemoryLimit(rlim_t bytes) {
-    getrlimit(RLIMIT_AS, &before_);
-    std::ifstream sizes("/proc/self/statm");
-    rlim_t pages = 0;
-    sizes >> pages;
-    rlimit limit = before_;
-    limit.rlim_cur = 4096 * pages + bytes;
-    setrlimit(RLIMIT_AS, &limit);
-  }
-  ~MemoryLimit() { setrlimit(RLIMIT_AS, &before_); }
-
- private:
-  rlimit before_;
-};
-
 // 200 MiB for the mask, 2400 MiB for the work buffer.
 constexpr int kManyPoints = 200 * 1024 * 1024;
 

@@ -1,6 +1,6 @@
 // Tests without memory, where the process's address space can be limited.
-#ifndef VELMORN64_TESTS_DEPTH_MEMORY_LIMIT_H
-#define VELMORN64_TESTS_DEPTH_MEMORY_LIMIT_H
+#ifndef VELMORN64_TESTS_SUPPORT_MEMORY_LIMIT_H
+#define VELMORN64_TESTS_SUPPORT_MEMORY_LIMIT_H
 
 // The sanitizers' own mappings do not fit into a limited address space.
 #if defined(__linux__) && !defined(__SANITIZE_ADDRESS__)
@@ -23,18 +23,30 @@
 
 namespace velmorn {
 
-// While it lives the process gets no block of 256 KiB or more; smaller ones it may get.
-class NoLargeMemory {
+// Allows the process this many bytes beyond what it has, while it lives.
+class MemoryLimit {
  public:
-  NoLargeMemory() {
-    held_.reserve(100000);
+  explicit MemoryLimit(rlim_t bytes) {
     getrlimit(RLIMIT_AS, &before_);
     std::ifstream sizes("/proc/self/statm");
     rlim_t pages = 0;
     sizes >> pages;
     rlimit limit = before_;
-    limit.rlim_cur = 4096 * pages;
+    limit.rlim_cur = 4096 * pages + bytes;
     setrlimit(RLIMIT_AS, &limit);
+  }
+  ~MemoryLimit() { setrlimit(RLIMIT_AS, &before_); }
+  MemoryLimit(const MemoryLimit&) = delete;
+  MemoryLimit& operator=(const MemoryLimit&) = delete;
+
+ private:
+  rlimit before_;
+};
+
+// While it lives the process gets no block of 256 KiB or more; smaller ones it may get.
+class NoLargeMemory {
+ public:
+  NoLargeMemory() : held_(makeRoom()), limit_(0) {
     constexpr std::size_t kLarge = 256 << 10;
     while (held_.size() < held_.capacity()) {
       void* block = std::malloc(kLarge);
@@ -43,18 +55,21 @@ class NoLargeMemory {
     }
   }
   ~NoLargeMemory() {
-    setrlimit(RLIMIT_AS, &before_);
     for (void* block : held_) std::free(block);
   }
-  NoLargeMemory(const NoLargeMemory&) = delete;
-  NoLargeMemory& operator=(const NoLargeMemory&) = delete;
 
  private:
-  rlimit before_;
+  static std::vector<void*> makeRoom() {
+    std::vector<void*> room;
+    room.reserve(100000);
+    return room;
+  }
+
   std::vector<void*> held_; // what was free within the process
+  MemoryLimit limit_;
 };
 
 } // namespace velmorn
 #endif
 
-#endif // VELMORN64_TESTS_DEPTH_MEMORY_LIMIT_H
+#endif // VELMORN64_TESTS_SUPPORT_MEMORY_LIMIT_H
