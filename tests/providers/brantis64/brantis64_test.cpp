@@ -5,11 +5,15 @@
 #include <gtest/gtest.h>
 
 #include "brantis64/extractor_status.h"
+#include "common/provider_boundary.h"
 #include "datacode/imported_libraries.h"
 #include "providers/brantis64/board_view.h"
 
 namespace velmorn::brantis {
 namespace {
+
+using provider::kBadArgument;
+using provider::kBadImage;
 
 class Brantis64 : public testing::Test {
  protected:

@@ -1,5 +1,6 @@
 // The extractor on rendered boards: all visible corners, no others, in the right place.
 #include "brantis64/corner_extractor.h"
+#include "common/provider_boundary.h"
 
 #include <algorithm>
 #include <array>
@@ -14,6 +15,8 @@
 
 namespace velmorn::brantis {
 namespace {
+
+using provider::kBadImage;
 
 std::vector<BoardCorner> cornersOf(const BoardView& view) {
   std::vector<BoardCorner> corners;

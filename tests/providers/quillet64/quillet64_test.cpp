@@ -10,6 +10,9 @@
 namespace velmorn::quillet {
 namespace {
 
+using provider::kBadArgument;
+using provider::kBadImage;
+
 constexpr int kBadArgument = -1;
 constexpr int kBadImage = -2;
 
