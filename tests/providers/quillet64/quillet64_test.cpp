@@ -10,9 +10,6 @@
 namespace velmorn::quillet {
 namespace {
 
-using provider::kBadArgument;
-using provider::kBadImage;
-
 constexpr int kBadArgument = -1;
 constexpr int kBadImage = -2;
 
