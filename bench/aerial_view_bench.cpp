@@ -26,17 +26,6 @@ AerialScene sceneOf(const benchmark::State& state) {
   return scene;
 }
 
-tagOzKImage recordOf(const cv::Mat& m) {
-  tagOzKImage image{};
-  const bool isDepth = m.type() == CV_16UC1;
-  image.type = isDepth ? kOzkImageOneChannel : kOzkImageThreeChannels;
-  image.dataType = isDepth ? kOzkSample16U : kOzkSample8U;
-  image.width = static_cast<std::uint32_t>(m.cols);
-  image.height = static_cast<std::uint32_t>(m.rows);
-  image.data = m.data;
-  return image;
-}
-
 void shipped(benchmark::State& state, bool isColored) {
   const AerialScene s = sceneOf(state);
   std::vector<tagOzKImage> depths, colors;

@@ -24,6 +24,18 @@ struct AerialScene {
   int cameraCount() const { return static_cast<int>(depths.size()); }
 };
 
+// A depth or colour image as the record form takes it.
+inline tagOzKImage recordOf(const cv::Mat& m) {
+  tagOzKImage image{};
+  const bool isDepth = m.type() == CV_16UC1;
+  image.type = isDepth ? kOzkImageOneChannel : kOzkImageThreeChannels;
+  image.dataType = isDepth ? kOzkSample16U : kOzkSample8U;
+  image.width = static_cast<std::uint32_t>(m.cols);
+  image.height = static_cast<std::uint32_t>(m.rows);
+  image.data = m.data;
+  return image;
+}
+
 inline tagOzKCamIntrinsic intrinsicOf(double fx, double cx, double fy, double cy) {
   return {{fx, 0, cx, 0, fy, cy, 0, 0, 1}};
 }

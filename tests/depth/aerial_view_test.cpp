@@ -15,17 +15,6 @@
 namespace velmorn {
 namespace {
 
-tagOzKImage recordOf(const cv::Mat& m) {
-  tagOzKImage image{};
-  const bool isDepth = m.type() == CV_16UC1;
-  image.type = isDepth ? kOzkImageOneChannel : kOzkImageThreeChannels;
-  image.dataType = isDepth ? kOzkSample16U : kOzkSample8U;
-  image.width = static_cast<std::uint32_t>(m.cols);
-  image.height = static_cast<std::uint32_t>(m.rows);
-  image.data = m.data;
-  return image;
-}
-
 // A call that succeeds, for the tests to spoil.
 struct Call {
   AerialScene scene;

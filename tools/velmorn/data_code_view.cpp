@@ -2,24 +2,12 @@
 #include "velmorn/data_code_view.h"
 
 #include "velmorn/library_console.h"
+#include "velmorn/library_image.h"
 #include "velmorn/tool_error.h"
 #include "velmorn64.h"
 
 namespace velmorn::tool {
 namespace {
-
-// `pixels` has to be continuous and to outlive the record.
-tagOzKImage recordOf(const cv::Mat& pixels) {
-  tagOzKImage image{};
-  image.type = kOzkImageOneChannel;
-  image.dataType = kOzkSample8U;
-  image.width = static_cast<std::uint32_t>(pixels.cols);
-  image.height = static_cast<std::uint32_t>(pixels.rows);
-  image.roiX1 = pixels.cols - 1;
-  image.roiY1 = pixels.rows - 1;
-  image.data = pixels.data;
-  return image;
-}
 
 std::string problemOf(int status, const std::string& code, std::size_t corners) {
   if (status == kOzkNoDataCode) return "no data code found";
@@ -48,7 +36,7 @@ DataCodeView findDataCodeBoard(const cv::Mat& grey) {
     return view;
   }
   const cv::Mat pixels = grey.isContinuous() ? grey : grey.clone();
-  tagOzKImage image = recordOf(pixels);
+  tagOzKImage image = libraryImage(pixels);
   std::vector<tagOzKPoint2Df32> inImage;
   std::vector<tagOzKPoint3Df32> onBoard;
   int status = 0;

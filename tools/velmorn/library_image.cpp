@@ -9,6 +9,8 @@ tagOzKImage libraryImage(const cv::Mat& image) {
   record.dataType = image.depth() == CV_16U ? kOzkSample16U : kOzkSample8U;
   record.width = static_cast<std::uint32_t>(image.cols);
   record.height = static_cast<std::uint32_t>(image.rows);
+  record.roiX1 = image.cols - 1;
+  record.roiY1 = image.rows - 1;
   record.data = image.data;
   return record;
 }
