@@ -1,8 +1,6 @@
 // The projection's kernels: what they refuse, and what lack of memory does.
 #include "depth/aerial_projection.h"
 
-#include <limits>
-
 #include <gtest/gtest.h>
 
 #include "depth/aerial_pictures.h"

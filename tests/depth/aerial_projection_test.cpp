@@ -1,8 +1,6 @@
 // The projection's kernels: which sample a cell shows, and where the picture goes.
 #include "depth/aerial_projection.h"
 
-#include <limits>
-
 #include <gtest/gtest.h>
 
 #include "depth/aerial_pictures.h"
