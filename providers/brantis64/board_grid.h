@@ -20,6 +20,15 @@ inline bool operator==(GridPoint p, GridPoint q) { return p.column == q.column &
 inline GridPoint operator+(GridPoint p, GridPoint q) {
   return {p.column + q.column, p.row + q.row};
 }
+inline GridPoint operator-(GridPoint p, GridPoint q) {
+  return {p.column - q.column, p.row - q.row};
+}
+inline GridPoint operator*(int factor, GridPoint p) { return {factor * p.column, factor * p.row}; }
+
+// What is left of either coordinate beyond the next lower multiple of `step`, 0 to step - 1.
+inline GridPoint operator%(GridPoint p, int step) {
+  return {(p.column % step + step) % step, (p.row % step + step) % step};
+}
 
 // Squares whose column and row add up to an even number are white, so the square right of and below
 // a crossing is white where the crossing's own column and row do.
@@ -74,6 +83,11 @@ class CornerGrid {
 
   bool reaches(GridPoint p) const { return indices_.contains(p); }
 
+  // Columns or rows from one corner to the next at most: more than 1 where corners between known
+  // ones have been left out.
+  int spacing() const { return spacing_; }
+  void setSpacing(int spacing) { spacing_ = spacing; }
+
   // Null where no corner is known.
   const GridCorner* find(GridPoint p) const {
     if (!reaches(p) || indices_[p] == kNone) return nullptr;
@@ -101,6 +115,7 @@ class CornerGrid {
 
   GridMap<int> indices_;
   std::vector<GridCorner> corners_;
+  int spacing_ = 1;
 };
 
 } // namespace velmorn::brantis

@@ -16,6 +16,7 @@
 namespace velmorn::brantis {
 namespace {
 
+constexpr std::size_t kDenselyGrown = 4 * kMostCorners;
 constexpr std::size_t kBlurCorners = 40; // that the blur is taken from
 constexpr double kMaxFinalMove = 0.7;    // pixels between the search's fit and the final one
 
@@ -88,7 +89,7 @@ int extractCorners(const cv::Mat& image, const std::array<BoardCorner, 4>& seeds
   CornerSearch search(grey);
   CornerGrid grid(square.upperLeft);
   if (!findSeedCorners(search, square, grid)) return kNoCornerAtSeeds;
-  growGrid(search, grid);
+  growOverBoard(search, grid, kDenselyGrown);
   removeOutliers(grid);
   search.setBlur(estimateBlur(search, grid, kBlurCorners));
   const std::vector<GridCorner> found =
