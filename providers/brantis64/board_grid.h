@@ -30,6 +30,11 @@ inline GridPoint operator%(GridPoint p, int step) {
   return {(p.column % step + step) % step, (p.row % step + step) % step};
 }
 
+inline int distance2(GridPoint p, GridPoint q) {
+  const GridPoint apart = p - q;
+  return apart.column * apart.column + apart.row * apart.row;
+}
+
 // Squares whose column and row add up to an even number are white, so the square right of and below
 // a crossing is white where the crossing's own column and row do.
 inline bool whiteLowerRight(GridPoint p) { return (p.column + p.row) % 2 == 0; }
@@ -46,6 +51,10 @@ struct GridCorner {
   cv::Point2d pixel;
   double contrast = 0; // grey levels from black to white
 };
+
+inline bool rowsFirst(const GridCorner& p, const GridCorner& q) {
+  return p.at.row != q.at.row ? p.at.row < q.at.row : p.at.column < q.at.column;
+}
 
 // A value for every grid point near a centre.
 template <typename Value>
