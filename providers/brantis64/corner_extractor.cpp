@@ -13,8 +13,8 @@
 namespace velmorn::brantis {
 namespace {
 
-constexpr std::size_t kDenselyGrown = 4 * kMostCorners;
-constexpr std::size_t kBlurCorners = 40; // that the blur is taken from
+constexpr std::size_t kDenselyGrown = 4 * kMostCorners; // beyond, the grid is grown thinly
+constexpr std::size_t kBlurCorners = 40;                // that the blur is taken from
 
 bool fixAPlane(const std::vector<GridCorner>& corners) {
   if (corners.size() < 4) return false;
