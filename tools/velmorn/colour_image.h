@@ -8,8 +8,9 @@
 
 namespace velmorn::tool {
 
-// The image as CV_8UC3, blue first; a grey one, such as an infrared image, in equal channels. Throws
-// ToolError that names the file for one of another kind or another size than the depth image.
+// The image as CV_8UC3, blue first; a grey one, such as an infrared image, in equal channels.
+// Throws ToolError that names the file for one of another kind or another size than the depth
+// image.
 cv::Mat readColourImage(const std::string& path, cv::Size depthSize);
 
 } // namespace velmorn::tool

@@ -13,6 +13,7 @@
 #include "velmorn/depth_arguments.h"
 #include "velmorn/extrinsic_arguments.h"
 #include "velmorn/intrinsics_command.h"
+#include "velmorn/merge_arguments.h"
 #include "velmorn/plane_arguments.h"
 #include "velmorn/stitch_command.h"
 #include "velmorn/tool_error.h"
@@ -116,6 +117,7 @@ int runCommandLine(int argc, const char* const* argv) {
   PlatformOptions platform;
   ExtrinsicOptions extrinsic;
   AerialOptions aerial;
+  MergeOptions merge;
   AverageOptions average;
   BackgroundOptions background;
   FieldOptions field;
@@ -135,6 +137,7 @@ int runCommandLine(int argc, const char* const* argv) {
   addPlatform(app, platform);
   addExtrinsic(app, extrinsic);
   addAerial(app, aerial);
+  addMerge(app, merge);
   addAverage(app, average);
   addBackground(app, background);
   addField(app, field);
@@ -152,6 +155,7 @@ int runCommandLine(int argc, const char* const* argv) {
     if (app.got_subcommand("platform")) runPlatform(platform);
     if (app.got_subcommand("extrinsic")) runExtrinsic(extrinsic);
     if (app.got_subcommand("aerial")) runAerial(aerial);
+    if (app.got_subcommand("merge")) runMerge(merge);
     if (app.got_subcommand("average")) runAverage(average);
     if (app.got_subcommand("background")) runBackground(background);
     if (app.got_subcommand("field")) runField(field);

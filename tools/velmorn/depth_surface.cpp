@@ -13,9 +13,9 @@
 namespace velmorn::tool {
 namespace {
 
-constexpr int kRadius = 2;         // of the neighbourhood, pixels
-constexpr int kFewestSamples = 20; // of the 25: those that are there surround the middle
-constexpr double kRoughest = 3;    // root mean square distance to the plane, sample spacings
+constexpr int kRadius = 2;           // of the neighbourhood, pixels
+constexpr int kFewestSamples = 20;   // of the 25: those that are there surround the middle
+constexpr double kRoughest = 3;      // root mean square distance to the plane, sample spacings
 constexpr double kMostPixelsOff = 3; // rounding, and pixels that the lens shows wider
 
 struct Neighbour {
@@ -96,7 +96,8 @@ std::optional<LocalPlane> DepthSurface::planeAt(cv::Point pixel) const {
   for (int row = pixel.y - kRadius; row <= pixel.y + kRadius; ++row) {
     for (int column = pixel.x - kRadius; column <= pixel.x + kRadius; ++column) {
       const std::uint16_t count = view_.counts.at<std::uint16_t>(row, column);
-      if (count != 0) neighbours.push_back({rays_.at<cv::Point2d>(row, column), count * view_.unit});
+      if (count != 0)
+        neighbours.push_back({rays_.at<cv::Point2d>(row, column), count * view_.unit});
     }
   }
   if (neighbours.size() < kFewestSamples) return std::nullopt;
@@ -120,7 +121,8 @@ bool DepthSurface::isSeenThrough(cv::Point pixel, const cv::Vec3d& pointInCam) c
   return cv::norm(ray - rays_.at<cv::Point2d>(pixel)) <= kMostPixelsOff * pixelSide();
 }
 
-// How far lines of sight of neighbouring pixels are apart at a distance of 1, in the image's middle.
+// How far lines of sight of neighbouring pixels are apart at a distance of 1, in the image's
+// middle.
 double DepthSurface::pixelSide() const {
   const double* m = view_.model.intrinsic.matrix;
   return (1 / m[0] + 1 / m[4]) / 2;

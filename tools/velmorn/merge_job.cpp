@@ -52,8 +52,9 @@ cv::Matx44d baseFromCamOf(const std::string& id, const Places& places) {
 DepthRange rangeFrom(const JsonObject& job) {
   const std::vector<double> ends = job.numbers("range", 2);
   if (ends[0] < 0 || ends[0] >= ends[1]) {
-    job.fail("\"range\" is the nearest and the farthest depth, with the nearest not below 0 and "
-             "below the farthest");
+    job.fail(
+        "\"range\" is the nearest and the farthest depth, with the nearest not below 0 and "
+        "below the farthest");
   }
   return {ends[0], ends[1]};
 }

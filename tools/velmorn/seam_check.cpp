@@ -10,10 +10,10 @@
 namespace velmorn::tool {
 namespace {
 
-constexpr double kCandidates = 50000;        // pixels of a camera that are looked at
-constexpr std::size_t kMostPoints = 10000;   // of one camera that are in another one's view
-constexpr std::size_t kFewestPoints = 20;    // for a statement about a pair
-constexpr double kReach = 10;                // sample spacings
+constexpr double kCandidates = 50000;      // pixels of a camera that are looked at
+constexpr std::size_t kMostPoints = 10000; // of one camera that are in another one's view
+constexpr std::size_t kFewestPoints = 20;  // for a statement about a pair
+constexpr double kReach = 10;              // sample spacings
 
 using Points = std::vector<cv::Vec3d>;
 
@@ -61,8 +61,8 @@ OneWay compare(const Points& pointsInCam, const DepthSurface& surface) {
 
 // The smallest value that at least the share of all is not above.
 double quantile(std::vector<double>& values, double share) {
-  const auto rank = static_cast<std::ptrdiff_t>(
-      std::ceil(share * static_cast<double>(values.size())));
+  const auto rank =
+      static_cast<std::ptrdiff_t>(std::ceil(share * static_cast<double>(values.size())));
   const auto place = values.begin() + std::max<std::ptrdiff_t>(rank, 1) - 1;
   std::nth_element(values.begin(), place, values.end());
   return *place;

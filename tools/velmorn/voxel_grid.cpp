@@ -17,7 +17,8 @@ bool VoxelGrid::add(const CloudPoint& point) {
   }
   Voxel& voxel = voxels_[cell];
   count(voxel, point.camera);
-  voxel.position += (cv::Vec3d(point.position) - voxel.position) / voxel.points;
+  voxel.position +=
+      (cv::Vec3d(point.position) - voxel.position) / static_cast<double>(voxel.points);
   voxel.colour += (cv::Vec3f(point.colour) - voxel.colour) / static_cast<float>(voxel.points);
   return true;
 }

@@ -20,9 +20,9 @@ class VoxelGrid {
   // side  above 0, length unit
   explicit VoxelGrid(double side) : side_(side) {}
 
-  // Takes the point in. False when it has no voxel: it is more than 2^31 sides away from the origin,
-  // where single precision has less than one number per voxel, so that there is nothing to thin.
-  // The points of one camera have to come in a row.
+  // Takes the point in. False when it has no voxel: it is more than 2^31 sides away from the
+  // origin, where single precision has less than one number per voxel, so that there is nothing to
+  // thin. The points of one camera have to come in a row.
   bool add(const CloudPoint& point);
 
   void forEach(const std::function<void(const CloudPoint&)>& take) const;
