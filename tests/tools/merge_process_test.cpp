@@ -61,7 +61,7 @@ TEST_F(MergeProcess, WritesTheCloud) {
             "frame       base\n"
             "written to  merged.ply\n"
             "\n"
-            "seam      points  share  median  90 %\n"
+            "seam         points  share  median  90 %\n"
             "a     b  no overlap      -       -     -\n");
   EXPECT_THAT(readFile(dir() / "merged.ply"),
               StartsWith("ply\nformat binary_little_endian 1.0\ncomment frame base\n"

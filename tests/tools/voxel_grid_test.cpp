@@ -33,7 +33,8 @@ TEST(VoxelGrid, KeepsMeansAndTheCameraOfMost) {
 
 TEST(VoxelGrid, OfEqualsTheFirstCameraWins) {
   VoxelGrid grid(10);
-  for (const std::uint8_t camera : {4, 4, 6, 6, 8}) grid.add({{1, 1, 1}, {}, camera});
+  for (const std::uint8_t camera : std::vector<std::uint8_t>{4, 4, 6, 6, 8})
+    grid.add({{1, 1, 1}, {}, camera});
   EXPECT_EQ(pointsOf(grid).front().camera, 4);
   grid.add({{1, 1, 1}, {}, 8});
   grid.add({{1, 1, 1}, {}, 8});

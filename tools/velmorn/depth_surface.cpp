@@ -15,7 +15,7 @@ namespace {
 
 constexpr int kRadius = 2;           // of the neighbourhood, pixels
 constexpr int kFewestSamples = 20;   // of the 25: those that are there surround the middle
-constexpr double kRoughest = 3;      // root mean square distance to the plane, sample spacings
+constexpr double kRoughest = 3;      // sample spacings
 constexpr double kMostPixelsOff = 3; // rounding, and pixels that the lens shows wider
 
 struct Neighbour {
@@ -24,10 +24,6 @@ struct Neighbour {
 };
 
 using Neighbourhood = std::vector<Neighbour>;
-
-cv::Vec3d pointOf(const Neighbour& neighbour) {
-  return cv::Vec3d(neighbour.ray.x, neighbour.ray.y, 1) * neighbour.z;
-}
 
 // On a plane, 1/z is a x + b y + c of the line of sight (x, y), and a, b, c is its normal as in
 // LocalPlane. Least squares, with the lines of sight counted from the middle one.
@@ -43,11 +39,12 @@ cv::Vec3d fittedNormal(const Neighbourhood& neighbours, const cv::Point2d& middl
   return {fit[0], fit[1], fit[2] - fit[0] * middle.x - fit[1] * middle.y};
 }
 
+// Root mean square of the samples' distances to the plane, along their lines of sight.
 double roughness(const LocalPlane& plane, const Neighbourhood& neighbours) {
   double sum = 0;
   for (const Neighbour& neighbour : neighbours) {
-    const double distance = plane.distanceTo(pointOf(neighbour));
-    sum += distance * distance;
+    const double planeZ = 1 / plane.normal.dot({neighbour.ray.x, neighbour.ray.y, 1});
+    sum += (planeZ - neighbour.z) * (planeZ - neighbour.z);
   }
   return std::sqrt(sum / static_cast<double>(neighbours.size()));
 }
