@@ -74,6 +74,32 @@ TEST_F(AtomicFile, ProbesWithoutATrace) {
   EXPECT_THAT(toolError([] { requireWritable("missing/x.txt"); }), HasSubstr("missing/x.txt"));
 }
 
+TEST_F(AtomicFile, WritesInParts) {
+  writeFile("old.txt", "old");
+  FileInParts file("old.txt");
+  file.append("number 0;");
+  file.append(" and");
+  EXPECT_EQ(readFile("old.txt"), "old");
+  file.replaceStart("number 7");
+  file.append(" more");
+  file.commit();
+  EXPECT_EQ(readFile("old.txt"), "number 7; and more");
+  EXPECT_EQ(fileCount(), 1U);
+}
+
+TEST_F(AtomicFile, PartsWithoutACommitLeaveNoTrace) {
+  writeFile("old.txt", "old");
+  {
+    FileInParts file("old.txt");
+    file.append("new");
+    EXPECT_EQ(fileCount(), 2U);
+  }
+  EXPECT_EQ(readFile("old.txt"), "old");
+  EXPECT_EQ(fileCount(), 1U);
+  EXPECT_THAT(toolError([] { FileInParts("missing/x.txt"); }),
+              HasSubstr("cannot write missing/x.txt: No such file or directory"));
+}
+
 TEST_F(AtomicFile, ReadsRegularFilesOnly) {
   writeFile("bytes", std::string("a\0b\r\n", 5));
   EXPECT_EQ(readWholeFile("bytes"), std::string("a\0b\r\n", 5));

@@ -4,11 +4,9 @@
 #include <iomanip>
 #include <sstream>
 
-#include <opencv2/imgproc.hpp>
-
+#include "velmorn/colour_image.h"
 #include "velmorn/depth_image.h"
 #include "velmorn/grey_image.h"
-#include "velmorn/image_file.h"
 #include "velmorn/lens.h"
 #include "velmorn/progress.h"
 #include "velmorn/tool_error.h"
@@ -17,20 +15,6 @@ namespace velmorn::tool {
 namespace {
 
 constexpr double kHarmlessShift = 1; // pixels
-
-// Grey images, such as infrared ones, are shown grey.
-cv::Mat readColour(const std::string& path, cv::Size depthSize) {
-  cv::Mat image = requireImage(path);
-  if (image.type() == CV_8UC1) cv::cvtColor(image, image, cv::COLOR_GRAY2BGR);
-  if (image.type() != CV_8UC3) {
-    throw ToolError(path + ": not a colour image of 8 bits without alpha, but " + pixelText(image));
-  }
-  if (image.size() != depthSize) {
-    throw ToolError(path + " is " + sizeText(image.size()) + ", but the depth image is " +
-                    sizeText(depthSize));
-  }
-  return image;
-}
 
 // The library takes the pixels as they are.
 void warnAboutDistortion(const AerialJobCamera& camera, cv::Size imageSize) {
@@ -48,7 +32,7 @@ void readCamera(const AerialJobCamera& camera, AerialImages& images) {
   try {
     const cv::Mat depth = readDepthImage(camera.depthPath);
     if (!camera.colorPath.empty())
-      images.colour.push_back(readColour(camera.colorPath, depth.size()));
+      images.colour.push_back(readColourImage(camera.colorPath, depth.size()));
     images.depth.push_back(depth);
   } catch (const ToolError& error) {
     throw ToolError("camera " + inQuotes(camera.id) + ": " + error.what());

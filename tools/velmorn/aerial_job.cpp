@@ -2,12 +2,11 @@
 #include "velmorn/aerial_job.h"
 
 #include <algorithm>
-#include <cmath>
 #include <filesystem>
 #include <map>
+#include <utility>
 
 #include "velmorn/atomic_file.h"
-#include "velmorn/board.h"
 #include "velmorn/extrinsic_file.h"
 #include "velmorn/image_list.h"
 #include "velmorn/json_object.h"
@@ -21,12 +20,6 @@ namespace {
 namespace fs = std::filesystem;
 using nlohmann::json;
 
-double lengthFrom(const JsonObject& job, const std::string& key) {
-  const double length = job.number(key);
-  if (!usableSquare(length)) job.fail(inQuotes(key) + " has to be a length above 0");
-  return length;
-}
-
 cv::Vec4d regionFrom(const JsonObject& job) {
   const std::vector<double> edges = job.numbers("region", 4);
   if (edges[0] >= edges[2] || edges[1] >= edges[3]) {
@@ -35,44 +28,12 @@ cv::Vec4d regionFrom(const JsonObject& job) {
   return cv::Vec4d(edges.data());
 }
 
-AerialJobCamera cameraFrom(const json& entry, std::size_t index, const fs::path& folder) {
-  const std::vector<std::string> keys = {"id", "depth", "color", "intrinsics"};
-  AerialJobCamera camera;
-  camera.id = JsonObject(entry, "camera " + std::to_string(index + 1), keys).text("id");
-  const std::string place = "camera " + inQuotes(camera.id);
-  const JsonObject object(entry, place, keys);
-  camera.depthPath = pathIn(folder, object.text("depth"));
-  if (object.has("color")) camera.colorPath = pathIn(folder, object.text("color"));
-  camera.intrinsicsPath = pathIn(folder, object.text("intrinsics"));
-  try {
-    camera.model = readCameraFile(camera.intrinsicsPath);
-  } catch (const ToolError& error) {
-    object.fail(error.what());
-  }
-  return camera;
-}
-
 std::vector<AerialJobCamera> camerasFrom(const JsonObject& job, const fs::path& folder) {
-  const json& entries = job.at("cameras");
-  if (!entries.is_array()) job.fail("\"cameras\" has to be a list");
-  if (entries.empty() || entries.size() > kMaxStitchCameras) {
-    job.fail("an aerial view has 1 to " + std::to_string(kMaxStitchCameras) + " cameras, not " +
-             std::to_string(entries.size()));
-  }
   std::vector<AerialJobCamera> cameras;
-  for (std::size_t i = 0; i < entries.size(); ++i) {
-    cameras.push_back(cameraFrom(entries[i], i, folder));
+  for (DepthJobCamera& camera : depthCamerasFrom(job, "an aerial view", folder)) {
+    cameras.push_back({std::move(camera)});
   }
   return cameras;
-}
-
-void requireDifferentIds(const std::vector<AerialJobCamera>& cameras) {
-  for (std::size_t i = 0; i < cameras.size(); ++i) {
-    for (std::size_t j = 0; j < i; ++j) {
-      if (cameras[i].id != cameras[j].id) continue;
-      throw ToolError("two cameras have the id " + inQuotes(cameras[i].id));
-    }
-  }
 }
 
 void requireColourOfAllOrNone(const AerialJob& job) {
@@ -114,7 +75,6 @@ AerialJob jobFrom(const json& value, const fs::path& folder) {
   job.resolution = lengthFrom(object, "resolution");
   if (object.has("depth_unit")) job.depthUnit = lengthFrom(object, "depth_unit");
   job.cameras = camerasFrom(object, folder);
-  requireDifferentIds(job.cameras);
   requireColourOfAllOrNone(job);
   // The first camera's frame is the picture's; only further ones have to be placed.
   if (job.cameras.size() > 1 || object.has("result")) {

@@ -7,16 +7,11 @@
 
 #include <opencv2/core.hpp>
 
-#include "velmorn/camera_file.h"
+#include "velmorn/depth_job.h"
 
 namespace velmorn::tool {
 
-struct AerialJobCamera {
-  std::string id;
-  std::string depthPath;
-  std::string colorPath; // empty without colour images
-  std::string intrinsicsPath;
-  CameraModel model;
+struct AerialJobCamera : DepthJobCamera {
   cv::Matx44d firstFromCam = cv::Matx44d::eye(); // length unit
 };
 

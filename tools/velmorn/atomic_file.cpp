@@ -46,8 +46,20 @@ fs::path neighbourOf(const fs::path& target) {
   return neighbour;
 }
 
+} // namespace
+
+std::string readWholeFile(const std::string& path) {
+  std::error_code error;
+  if (!fs::exists(path, error)) throw ToolError("no such file: " + path);
+  if (!fs::is_regular_file(path, error)) throw ToolError("not a regular file: " + path);
+  std::ifstream file(path, std::ios::binary);
+  std::string content((std::istreambuf_iterator<char>(file)), std::istreambuf_iterator<char>());
+  if (!file) throw ToolError("cannot read " + path);
+  return content;
+}
+
 // A new file that is gone at the end of its scope unless it took its final name.
-class NewFile {
+class FileInParts::NewFile {
  public:
   explicit NewFile(fs::path path) : path_(std::move(path)) {
     file_ = std::fopen(path_.string().c_str(), "wbx");
@@ -64,9 +76,13 @@ class NewFile {
   bool isOpen() const { return file_ != nullptr; }
 
   bool write(const std::string& content) {
-    return std::fwrite(content.data(), 1, content.size(), file_) == content.size() &&
-           std::fflush(file_) == 0 && toDisk() && close();
+    return std::fwrite(content.data(), 1, content.size(), file_) == content.size();
   }
+
+  bool rewind() { return std::fseek(file_, 0, SEEK_SET) == 0; }
+  bool toEnd() { return std::fseek(file_, 0, SEEK_END) == 0; }
+
+  bool finish() { return std::fflush(file_) == 0 && toDisk() && close(); }
 
   bool renameTo(const fs::path& target) {
     std::error_code error;
@@ -97,29 +113,34 @@ class NewFile {
   bool renamed_ = false;
 };
 
-} // namespace
+FileInParts::FileInParts(const std::string& path)
+    : path_(path),
+      target_(targetOf(path).string()),
+      file_(std::make_unique<NewFile>(neighbourOf(target_))) {
+  if (!file_->isOpen()) throwNotWritten(path_, std::strerror(errno));
+}
 
-std::string readWholeFile(const std::string& path) {
-  std::error_code error;
-  if (!fs::exists(path, error)) throw ToolError("no such file: " + path);
-  if (!fs::is_regular_file(path, error)) throw ToolError("not a regular file: " + path);
-  std::ifstream file(path, std::ios::binary);
-  std::string content((std::istreambuf_iterator<char>(file)), std::istreambuf_iterator<char>());
-  if (!file) throw ToolError("cannot read " + path);
-  return content;
+FileInParts::~FileInParts() = default;
+
+void FileInParts::append(const std::string& part) {
+  if (!file_->write(part)) throwNotWritten(path_, std::strerror(errno));
+}
+
+void FileInParts::replaceStart(const std::string& start) {
+  if (!file_->rewind() || !file_->write(start) || !file_->toEnd())
+    throwNotWritten(path_, std::strerror(errno));
+}
+
+void FileInParts::commit() {
+  if (!file_->finish() || !file_->renameTo(target_)) throwNotWritten(path_, std::strerror(errno));
 }
 
 void writeFileAtomically(const std::string& path, const std::string& content) {
-  const fs::path target = targetOf(path);
-  NewFile file(neighbourOf(target));
-  if (!file.isOpen() || !file.write(content) || !file.renameTo(target)) {
-    throwNotWritten(path, std::strerror(errno));
-  }
+  FileInParts file(path);
+  file.append(content);
+  file.commit();
 }
 
-void requireWritable(const std::string& path) {
-  const NewFile probe(neighbourOf(targetOf(path)));
-  if (!probe.isOpen()) throwNotWritten(path, std::strerror(errno));
-}
+void requireWritable(const std::string& path) { const FileInParts probe(path); }
 
 } // namespace velmorn::tool

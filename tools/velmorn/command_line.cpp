@@ -15,6 +15,7 @@
 #include "velmorn/depth_arguments.h"
 #include "velmorn/extrinsic_arguments.h"
 #include "velmorn/intrinsics_command.h"
+#include "velmorn/merge_arguments.h"
 #include "velmorn/plane_arguments.h"
 #include "velmorn/rig_file.h"
 #include "velmorn/stitch_command.h"
@@ -160,6 +161,7 @@ int runCommandLine(int argc, const char* const* argv) {
   PlatformOptions platform;
   ExtrinsicOptions extrinsic;
   AerialOptions aerial;
+  MergeOptions merge;
   AverageOptions average;
   BackgroundOptions background;
   FieldOptions field;
@@ -180,6 +182,7 @@ int runCommandLine(int argc, const char* const* argv) {
   addPlatform(app, platform);
   addExtrinsic(app, extrinsic);
   addAerial(app, aerial);
+  addMerge(app, merge);
   addAverage(app, average);
   addBackground(app, background);
   addField(app, field);
@@ -198,6 +201,7 @@ int runCommandLine(int argc, const char* const* argv) {
     if (app.got_subcommand("platform")) runPlatform(platform);
     if (app.got_subcommand("extrinsic")) runExtrinsic(extrinsic);
     if (app.got_subcommand("aerial")) runAerial(aerial);
+    if (app.got_subcommand("merge")) runMerge(merge);
     if (app.got_subcommand("average")) runAverage(average);
     if (app.got_subcommand("background")) runBackground(background);
     if (app.got_subcommand("field")) runField(field);
