@@ -21,16 +21,14 @@ constexpr double kBeltWidth = 1000;
 constexpr double kRailWidth = 40;
 constexpr double kRailHeight = 60;
 constexpr double kFloorBelow = 700;
-constexpr double kFloorBeyond = 1000; // beyond the ends of what stands on it
 constexpr double kTapeWidth = 45;
 
 SceneBox rail(double length, double y) {
   return {{0, y, 0}, {length, kRailWidth, kRailHeight}, 0, {40, 170, 230}, 0, {}};
 }
 
-SceneBox floorUnder(double longestSide) {
+SceneBox floorOf(double side) {
   constexpr double kThickness = 10;
-  const double side = longestSide + 2 * kFloorBeyond;
   return {{0, 0, -kFloorBelow - kThickness}, {side, side, kThickness}, 0, {70, 75, 75}, 0, {}};
 }
 
@@ -47,6 +45,7 @@ SceneLight lampBeside() { return {{-0.35, 0.45, 1}, 0.45}; }
 } // namespace
 
 Scene emptyBelt(double length) {
+  constexpr double kFloorBeyond = 1000; // beyond both ends of the belt
   constexpr double kRailY = (kBeltWidth + kRailWidth) / 2;
   Scene scene;
   scene.belt.length = length;
@@ -54,7 +53,7 @@ Scene emptyBelt(double length) {
   scene.belt.seamSpacing = 300;
   scene.belt.seamWidth = 8;
   scene.light = lampBeside();
-  scene.boxes = {floorUnder(length), rail(length, kRailY), rail(length, -kRailY)};
+  scene.boxes = {floorOf(length + 2 * kFloorBeyond), rail(length, kRailY), rail(length, -kRailY)};
   return scene;
 }
 
@@ -78,12 +77,13 @@ std::vector<SceneBox> parcels() {
 }
 
 Scene emptyTable(double length, double width) {
+  constexpr double kFloorSide = 12000;
   Scene scene;
   scene.belt.length = length;
   scene.belt.width = width;
   scene.belt.color = kWood;
   scene.light = lampBeside();
-  scene.boxes = {floorUnder(length > width ? length : width)};
+  scene.boxes = {floorOf(kFloorSide)};
   return scene;
 }
 

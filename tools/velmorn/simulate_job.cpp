@@ -27,7 +27,8 @@ constexpr double kDefaultEdge = 15;
 constexpr double kDefaultNoise = 1.5; // grey levels
 constexpr double kDefaultBlur = 0.7;  // pixels
 constexpr double kDefaultHoles = 0.001;
-constexpr int kDefaultPlainShots = 5;
+constexpr int kDefaultPairShots = 5;  // of the pairs along a conveyor
+constexpr int kDefaultGroupShots = 8; // of all cameras around a platform
 constexpr int kDefaultCodeShots = 3;
 
 constexpr double kLongest = 1e6; // length unit
@@ -102,7 +103,9 @@ const json& objectUnder(const JsonObject& job, const std::string& key) {
   return job.has(key) ? job.at(key) : kNothing;
 }
 
-SimulatedPlainBoard plainBoardFrom(const JsonObject& job, std::size_t cameras) {
+SimulatedPlainBoard plainBoardFrom(const JsonObject& job, SimulatedKind kind, std::size_t cameras) {
+  const int defaultShots =
+      kind == SimulatedKind::kConveyor ? kDefaultPairShots : kDefaultGroupShots;
   const JsonObject object(objectUnder(job, "plain"), "\"plain\"",
                           {"board", "square", "shots", "groups", "only_groups"});
   SimulatedPlainBoard board;
@@ -112,7 +115,7 @@ SimulatedPlainBoard plainBoardFrom(const JsonObject& job, std::size_t cameras) {
     board.corners = {sides->width, sides->height};
   }
   if (object.has("square")) board.square = lengthUpTo(object, "square", kLongest, 0);
-  board.shots = shotsFrom(object, kDefaultPlainShots, cameras);
+  board.shots = shotsFrom(object, defaultShots, cameras);
   return board;
 }
 
@@ -194,7 +197,7 @@ SimulateJob jobFrom(const json& value, const SimulateOverrides& overrides) {
   job.noise = numberWithin(object, "noise", 0, kMostNoise, kDefaultNoise);
   job.blur = numberWithin(object, "blur", 0, kMostBlur, kDefaultBlur);
   job.depth = depthFrom(object, scale, job.height);
-  job.plain = plainBoardFrom(object, cameras);
+  job.plain = plainBoardFrom(object, job.kind, cameras);
   job.code = codeBoardFrom(object, cameras);
   return job;
 }

@@ -15,6 +15,7 @@ namespace velmorn::tool {
 namespace {
 
 constexpr double kSquarePixels = 34; // at the ground
+constexpr double kBoardShare = 0.65; // of the field that the cameras have in common, at most
 
 // Where positions are tried.
 constexpr double kLowest = 0.03;        // of the board's middle above the ground, heights
@@ -122,6 +123,32 @@ std::string namesOf(const Group& group) {
                   "help");
 }
 
+// Sides of the ground that all cameras of a group see, as if they looked straight down.
+cv::Size2d commonField(const SimulateJob& job, const SimulatedRig& rig, const Group& group) {
+  const cv::Rect2d aim = aimOf(rig, group);
+  cv::Size2d least(std::numeric_limits<double>::max(), std::numeric_limits<double>::max());
+  for (const std::size_t i : group) {
+    const CameraModel& model = rig.cameras[i].model;
+    const double perPixel = job.height / model.intrinsic.matrix[0];
+    least.width = std::min(least.width, model.imageSize.width * perPixel - aim.width);
+    least.height = std::min(least.height, model.imageSize.height * perPixel - aim.height);
+  }
+  return least;
+}
+
+// The largest that leaves the board room to be tilted and moved.
+double largestSquare(const SimulateJob& job, const SimulatedRig& rig) {
+  const double columns = job.plain.corners.width + 1 + 2 * kPlainQuietZone;
+  const double rows = job.plain.corners.height + 1 + 2 * kPlainQuietZone;
+  double largest = std::numeric_limits<double>::max();
+  for (const Group& group : groupsOf(job, job.plain.shots)) {
+    const cv::Size2d field = commonField(job, rig, group);
+    largest = std::min({largest, field.width / columns, field.height / rows});
+  }
+  if (largest <= 0) failFor(groupsOf(job, job.plain.shots).front());
+  return roundedDown(kBoardShare * largest);
+}
+
 class GroupShots {
  public:
   GroupShots(const SimulateJob& job, const SimulatedRig& rig, const PlainBoard& board,
@@ -168,8 +195,9 @@ class GroupShots {
 } // namespace
 
 PlainBoard plainBoardOf(const SimulateJob& job, const SimulatedRig& rig) {
-  const double wanted = kSquarePixels * unitsPerPixel(job, rig);
-  return {job.plain.corners, job.plain.square.value_or(roundedUp(wanted))};
+  if (job.plain.square) return {job.plain.corners, *job.plain.square};
+  const double wanted = roundedUp(kSquarePixels * unitsPerPixel(job, rig));
+  return {job.plain.corners, std::min(wanted, largestSquare(job, rig))};
 }
 
 std::vector<BoardPosition> plainShots(const SimulateJob& job, const SimulatedRig& rig,

@@ -5,6 +5,14 @@
 #include <cmath>
 
 namespace velmorn::tool {
+namespace {
+
+constexpr double kStepTolerance = 1e-9; // steps
+
+// Half a unit of the length's first digit.
+double roundStep(double length) { return std::pow(10, std::floor(std::log10(length))) / 2; }
+
+} // namespace
 
 std::vector<std::vector<std::size_t>> groupsOf(const SimulateJob& job,
                                                const SimulatedShots& shots) {
@@ -38,10 +46,13 @@ double unitsPerPixel(const SimulateJob& job, const SimulatedRig& rig, double sha
 }
 
 double roundedUp(double length) {
-  constexpr double kSteps = 2; // per unit of the first digit
-  constexpr double kTolerance = 1e-9;
-  const double power = std::pow(10, std::floor(std::log10(length)));
-  return std::ceil(length / power * kSteps - kTolerance) / kSteps * power;
+  const double step = roundStep(length);
+  return std::ceil(length / step - kStepTolerance) * step;
+}
+
+double roundedDown(double length) {
+  const double step = roundStep(length);
+  return std::floor(length / step + kStepTolerance) * step;
 }
 
 } // namespace velmorn::tool

@@ -30,8 +30,9 @@ std::vector<std::size_t> absentFor(const SimulateJob& job, const SimulatedShots&
 // camera with the coarsest one.
 double unitsPerPixel(const SimulateJob& job, const SimulatedRig& rig, double share = 1);
 
-// A round length, not below the given one: 1, 1.5, 2, 2.5, ... 9.5 times a power of ten.
+// The round lengths next to the given one: 1, 1.5, 2, 2.5, ... 9.5 times a power of ten.
 double roundedUp(double length);
+double roundedDown(double length);
 
 } // namespace velmorn::tool
 
