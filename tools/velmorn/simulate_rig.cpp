@@ -7,7 +7,6 @@
 #include "velmorn/pose.h"
 #include "velmorn/scene_parcels.h"
 #include "velmorn/simulate_cameras.h"
-#include "velmorn/tool_error.h"
 
 namespace velmorn::tool {
 namespace {
@@ -21,6 +20,7 @@ constexpr double kTableWidth = 1100;  // millimetres
 
 // Parts of the ground farther from a camera than so many heights do not count as seen.
 constexpr double kFarthestView = 2;
+constexpr double kLeastSteepness = 1e-6; // lines of sight along or away from the ground end there
 
 // Where the lines of sight of the image's corners meet the ground, but no farther than counts.
 std::vector<cv::Point2d> groundCorners(const SceneCamera& camera, double height) {
@@ -30,26 +30,17 @@ std::vector<cv::Point2d> groundCorners(const SceneCamera& camera, double height)
   std::vector<cv::Point2d> corners;
   for (const SceneRay& ray : raysOf(camera, {{0, 0}, {right, 0}, {0, bottom}, {right, bottom}})) {
     cv::Vec3d way = ray.direction * (1 / cv::norm(ray.direction));
-    const double steepness = std::max(-way[2], 1e-6);
+    const double steepness = std::max(-way[2], kLeastSteepness);
     way *= std::min(ray.origin[2] / steepness, farthest);
     corners.emplace_back(ray.origin[0] + way[0], ray.origin[1] + way[1]);
   }
   return corners;
 }
 
-void requireViewOfGround(const SceneCamera& camera, const std::string& id) {
-  const double right = camera.model.imageSize.width - 1;
-  const double bottom = camera.model.imageSize.height - 1;
-  const SceneRay middle = raysOf(camera, {{right / 2, bottom / 2}}).front();
-  if (middle.direction[2] < 0) return;
-  throw ToolError("camera " + inQuotes(id) + " does not look at the ground");
-}
-
 cv::Rect2d seenGround(const std::vector<SceneCamera>& cameras, double height) {
   std::vector<cv::Point2d> corners;
-  for (std::size_t i = 0; i < cameras.size(); ++i) {
-    requireViewOfGround(cameras[i], simulatedId(i));
-    for (const cv::Point2d& corner : groundCorners(cameras[i], height)) corners.push_back(corner);
+  for (const SceneCamera& camera : cameras) {
+    for (const cv::Point2d& corner : groundCorners(camera, height)) corners.push_back(corner);
   }
   cv::Point2d low = corners.front(), high = low;
   for (const cv::Point2d& corner : corners) {
