@@ -126,7 +126,7 @@ cv::Ptr<cv::aruco::CharucoBoard> charucoBoard() {
 
 // The ChArUco board in units of squares. Its markers have 6 x 6 modules with their black border, so
 // everything lies on a raster of an eighth of a square.
-class CharucoPicture : public velmorn::PlanePicture {
+class CharucoPicture : public velmorn::tool::PlanePicture {
  public:
   CharucoPicture() {
     constexpr int kPixels = 4; // per module; its middle is looked at
@@ -146,17 +146,17 @@ class CharucoPicture : public velmorn::PlanePicture {
       return (y * isDark_.cols + x) * 2 + isDark_(y, x);
     const bool isPaper = x >= -kModules && y >= -kModules && x < isDark_.cols + kModules &&
                          y < isDark_.rows + kModules;
-    return isPaper ? kPaper : kOutside;
+    return isPaper ? kPaper : kNoArea;
   }
 
   float shade(int area) const override {
-    if (area == kOutside) return velmorn::kRenderedBackground;
-    return area != kPaper && area % 2 == 1 ? velmorn::kRenderedBlack : velmorn::kRenderedWhite;
+    return area != kPaper && area % 2 == 1 ? velmorn::tool::kRenderedBlack
+                                           : velmorn::tool::kRenderedWhite;
   }
 
  private:
   static constexpr int kModules = 8; // per square
-  static constexpr int kPaper = -1, kOutside = -2;
+  static constexpr int kPaper = -2;
 
   cv::Mat1b isDark_;
 };
@@ -166,12 +166,16 @@ std::vector<cv::Mat> charucoImages(const std::vector<BoardView>& all) {
   std::vector<cv::Mat> images;
   const CharucoPicture picture;
   for (std::size_t k = 0; k < all.size(); ++k) {
-    cv::Mat_<float> image = velmorn::PlaneRenderer(all[k].camera)
-                                .render(picture, boardSpec().square, all[k].camFromBoard);
+    const velmorn::CameraModel& camera = all[k].camera;
+    const cv::Mat_<float> background(camera.imageSize, velmorn::tool::kRenderedBackground);
+    cv::Mat_<float> image =
+        velmorn::tool::PlaneRenderer(velmorn::pixelCornerRays(camera))
+            .render(picture, boardSpec().square, all[k].camFromBoard, background);
     for (int y = 0; y < image.rows; ++y)
       for (int x = 0; x < image.cols; ++x)
         image(y, x) *= static_cast<float>(1 + 0.3 * (1.0 * x / image.cols - 0.5));
-    images.push_back(velmorn::finishImage(image, {0.8, 3, static_cast<std::uint64_t>(k) + 1}));
+    images.push_back(
+        velmorn::tool::finishImage(image, {0.8, 3, static_cast<std::uint64_t>(k) + 1}));
   }
   return images;
 }

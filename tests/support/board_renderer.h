@@ -7,10 +7,12 @@
 #include <opencv2/core.hpp>
 
 #include "support/camera_model.h"
-#include "support/plane_renderer.h"
+#include "velmorn/plane_renderer.h"
 #include "velmorn64.h"
 
 namespace velmorn {
+
+using tool::ImageEffects;
 
 // A board. Its frame: origin at the first inner corner, x along the rows, y along the columns, z
 // away from a camera that looks at its printed side upright. The (width + 1) x (height + 1) squares
@@ -46,7 +48,8 @@ class BoardRenderer {
   cv::Mat renderEmpty(const ImageEffects& effects = {}) const;
 
  private:
-  PlaneRenderer renderer_;
+  tool::PlaneRenderer renderer_;
+  cv::Mat_<float> background_;
 };
 
 } // namespace velmorn

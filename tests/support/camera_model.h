@@ -29,6 +29,10 @@ CameraModel distortedCamera(cv::Size imageSize, double focal);
 std::vector<cv::Point2f> projectPoints(const CameraModel& camera, const cv::Matx44d& camFromBoard,
                                        const std::vector<cv::Point3f>& pointsInBoard);
 
+// x/z and y/z of the lines of sight through the pixels' corners, with the lens distortion taken
+// out; what tool::PlaneRenderer takes.
+cv::Mat_<cv::Vec2f> pixelCornerRays(const CameraModel& camera);
+
 } // namespace velmorn
 
 #endif // VELMORN64_TESTS_SUPPORT_CAMERA_MODEL_H

@@ -3,68 +3,10 @@
 
 #include <cmath>
 
+#include "velmorn/code_board_picture.h"
+
 namespace velmorn {
 namespace {
-
-constexpr float kQuietMargin = 1; // white paper around the pattern, squares
-
-// The board in units of squares, origin at the outer corner of square (1, 1).
-class CodeBoardPicture : public PlanePicture {
- public:
-  CodeBoardPicture(const tool::CodeBoardSpec& board, const tool::CodeBoardSymbols& symbols)
-      : board_(board), symbols_(symbols) {}
-
-  int area(const cv::Vec2f& p) const override {
-    constexpr float kRim = static_cast<float>(tool::kPlainRim);
-    if (!within(p, kRim + kQuietMargin)) return kOutside;
-    if (!within(p, kRim)) return kPaper;
-    const int a = static_cast<int>(std::floor(p[0])) + 1;
-    const int b = static_cast<int>(std::floor(p[1])) + 1;
-    return (b * kMaxColumns + a) * kMaxModules + moduleNumber(p, a, b);
-  }
-
-  float shade(int area) const override {
-    if (area == kOutside) return kRenderedBackground;
-    if (area == kPaper) return kRenderedWhite;
-    const int square = area / kMaxModules, module = area % kMaxModules;
-    const int a = square % kMaxColumns, b = square / kMaxColumns;
-    if (!tool::isWhiteSquare(a, b)) return kRenderedBlack;
-    if (module == kNoModule) return kRenderedWhite;
-    const int row = (module - 1) / symbols_.modules(), column = (module - 1) % symbols_.modules();
-    return symbols_.isDark(a, b, row, column) ? kRenderedBlack : kRenderedWhite;
-  }
-
- private:
-  static constexpr int kOutside = -2;
-  static constexpr int kPaper = -1;
-  static constexpr int kNoModule = 0;
-  static constexpr int kMaxColumns = 512;
-  static constexpr int kMaxModules = 1025; // 32 x 32, and none
-
-  bool within(const cv::Vec2f& p, float margin) const {
-    return p[0] >= -margin && p[0] < static_cast<float>(board_.columns) + margin &&
-           p[1] >= -margin && p[1] < static_cast<float>(board_.rows) + margin;
-  }
-
-  int moduleNumber(const cv::Vec2f& p, int a, int b) const {
-    const bool isCoded =
-        a >= 1 && a <= board_.columns && b >= 1 && b <= board_.rows && tool::isWhiteSquare(a, b);
-    if (!isCoded) return kNoModule;
-    const int column = moduleAlong(p[0] - static_cast<float>(a - 1));
-    const int row = moduleAlong(p[1] - static_cast<float>(b - 1));
-    return column < 0 || row < 0 ? kNoModule : row * symbols_.modules() + column + 1;
-  }
-
-  int moduleAlong(float inSquare) const {
-    constexpr float kShare = static_cast<float>(tool::kCodeShare);
-    const float inCode = (inSquare - (1 - kShare) / 2) / kShare;
-    if (!(inCode >= 0 && inCode < 1)) return -1;
-    return static_cast<int>(inCode * static_cast<float>(symbols_.modules()));
-  }
-
-  const tool::CodeBoardSpec& board_;
-  const tool::CodeBoardSymbols& symbols_;
-};
 
 // Before the camera, and not so far off its axis that the lens's polynomial folds it back.
 bool facesCamera(const cv::Matx44d& camFromBoard, const cv::Point2f& onBoard) {
@@ -99,19 +41,22 @@ std::vector<CodeBoardCorner> visibleCodeBoardCorners(const CameraModel& camera,
   return corners;
 }
 
-CodeBoardRenderer::CodeBoardRenderer(const CameraModel& camera) : renderer_(camera) {}
+CodeBoardRenderer::CodeBoardRenderer(const CameraModel& camera)
+    : renderer_(pixelCornerRays(camera)),
+      background_(camera.imageSize, tool::kRenderedBackground) {}
 
 cv::Mat CodeBoardRenderer::render(const tool::CodeBoardSpec& board,
                                   const tool::CodeBoardSymbols& symbols,
                                   const cv::Matx44d& camFromBoard,
                                   const ImageEffects& effects) const {
-  return finishImage(renderPlain(board, symbols, camFromBoard), effects);
+  return tool::finishImage(renderPlain(board, symbols, camFromBoard), effects);
 }
 
 cv::Mat_<float> CodeBoardRenderer::renderPlain(const tool::CodeBoardSpec& board,
                                                const tool::CodeBoardSymbols& symbols,
                                                const cv::Matx44d& camFromBoard) const {
-  return renderer_.render(CodeBoardPicture(board, symbols), board.square, camFromBoard);
+  return renderer_.render(tool::CodeBoardPicture(board, symbols), board.square, camFromBoard,
+                          background_);
 }
 
 } // namespace velmorn

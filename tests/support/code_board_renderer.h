@@ -7,10 +7,12 @@
 #include <opencv2/core.hpp>
 
 #include "support/camera_model.h"
-#include "support/plane_renderer.h"
 #include "velmorn/code_board.h"
+#include "velmorn/plane_renderer.h"
 
 namespace velmorn {
+
+using tool::ImageEffects;
 
 // A corner of a coded square.
 struct CodeBoardCorner {
@@ -42,7 +44,8 @@ class CodeBoardRenderer {
                               const cv::Matx44d& camFromBoard) const;
 
  private:
-  PlaneRenderer renderer_;
+  tool::PlaneRenderer renderer_;
+  cv::Mat_<float> background_;
 };
 
 } // namespace velmorn

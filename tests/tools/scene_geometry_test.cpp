@@ -129,6 +129,29 @@ TEST(SceneGeometry, RayInAFaceMeetsTheBox) {
   expectNear(hit->normal, {-1, 0, 0});
 }
 
+// Rays from all sides at points a hair inside and outside of the corners of a turned box.
+TEST(SceneGeometry, CornersAreMetAndNotMissed) {
+  Scene scene = oneBox(30, {40, -20, 100});
+  scene.belt = {};
+  const SceneGeometry geometry(scene);
+  const double c = std::cos(CV_PI / 6), s = std::sin(CV_PI / 6);
+  for (const double x : {-100.0, 100.0}) {
+    for (const double y : {-50.0, 50.0}) {
+      for (const double z : {0.0, 50.0}) {
+        const cv::Vec3d corner(40 + c * x - s * y, -20 + s * x + c * y, 100 + z);
+        const cv::Vec3d fromMiddle = corner - cv::Vec3d(40, -20, 125);
+        const cv::Vec3d origin = corner + 7 * fromMiddle;
+        const cv::Vec3d across = cv::normalize(fromMiddle.cross(cv::Vec3d(1, 2, 3)));
+        const cv::Vec3d inside = corner - 1e-4 * fromMiddle;
+        EXPECT_TRUE(geometry.firstHit({origin, inside - origin})) << corner;
+        EXPECT_TRUE(geometry.isBlocked({origin, 1e-3 * (inside - origin)})) << corner;
+        EXPECT_FALSE(geometry.firstHit({origin, corner + 2 * across - origin})) << corner;
+        EXPECT_FALSE(geometry.isBlocked({origin, origin - inside})) << corner;
+      }
+    }
+  }
+}
+
 TEST(SceneGeometry, OnlyBoxesBlock) {
   const SceneGeometry geometry(oneBox());
   EXPECT_TRUE(geometry.isBlocked(downFrom(0, 0)));

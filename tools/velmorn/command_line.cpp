@@ -18,6 +18,7 @@
 #include "velmorn/merge_arguments.h"
 #include "velmorn/plane_arguments.h"
 #include "velmorn/rig_file.h"
+#include "velmorn/simulate_arguments.h"
 #include "velmorn/stitch_command.h"
 #include "velmorn/tool_error.h"
 
@@ -167,6 +168,7 @@ int runCommandLine(int argc, const char* const* argv) {
   FieldOptions field;
   PrintOptions print;
   CornersOptions corners;
+  SimulateOptions simulate;
 
   CLI::App app(
       "Rigid transforms between cameras, and from cameras to planes and platforms; views from "
@@ -188,6 +190,7 @@ int runCommandLine(int argc, const char* const* argv) {
   addField(app, field);
   addBoard(app, print);
   addCorners(app, corners);
+  addSimulate(app, simulate);
   try {
     app.parse(argc, argv);
   } catch (const CLI::ParseError& error) {
@@ -207,6 +210,7 @@ int runCommandLine(int argc, const char* const* argv) {
     if (app.got_subcommand("field")) runField(field);
     if (app.got_subcommand("board")) runBoard(print);
     if (app.got_subcommand("corners")) runCorners(corners);
+    if (app.got_subcommand("simulate")) runSimulate(simulate);
     return kExitSuccess;
   });
 }

@@ -10,6 +10,9 @@ namespace {
 
 constexpr double kInfinity = std::numeric_limits<double>::infinity();
 
+// So that rounding loses no ray that touches a box's corner.
+constexpr double kSphereMargin = 1.001; // of the squared radius
+
 // The part of a ray between the two faces of a box across one axis; empty when enter > leave.
 struct Span {
   double enter = -kInfinity;
@@ -33,8 +36,10 @@ SceneGeometry::SceneGeometry(const Scene& scene)
   for (const SceneBox& box : scene.boxes) {
     const double turn = box.degrees * CV_PI / 180;
     const cv::Vec3d half(box.size[0] / 2, box.size[1] / 2, 0);
+    const cv::Vec3d toCentre(0, 0, box.size[2] / 2);
     boxes_.push_back({box.foot, -half, cv::Vec3d(half[0], half[1], box.size[2]), std::cos(turn),
-                      std::sin(turn)});
+                      std::sin(turn), box.foot + toCentre,
+                      kSphereMargin * (half.dot(half) + toCentre.dot(toCentre))});
   }
 }
 
@@ -46,7 +51,16 @@ SceneRay SceneGeometry::inFrameOf(const Box& box, const SceneRay& ray) {
   return {turnedBack(ray.origin - box.foot), turnedBack(ray.direction)};
 }
 
+bool SceneGeometry::isNear(const Box& box, const SceneRay& ray) {
+  const cv::Vec3d toCentre = box.centre - ray.origin;
+  const double along = toCentre.dot(ray.direction);
+  const double outside = toCentre.dot(toCentre) - box.radiusSquared;
+  // The distance from the ray's line is below the radius, multiplied by the direction's length.
+  return outside <= 0 || (along > 0 && along * along >= outside * ray.direction.dot(ray.direction));
+}
+
 std::optional<SceneHit> SceneGeometry::hitOn(const Box& box, const SceneRay& worldRay) {
+  if (!isNear(box, worldRay)) return std::nullopt;
   const SceneRay ray = inFrameOf(box, worldRay);
   Span inside;
   int entered = 0; // axis across the face where the ray enters

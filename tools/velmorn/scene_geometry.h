@@ -43,7 +43,12 @@ class SceneGeometry {
     cv::Vec3d foot;
     cv::Vec3d low, high; // corners in the box's own frame
     double cosine = 1, sine = 0;
+    cv::Vec3d centre; // of a sphere around the box
+    double radiusSquared = 0;
   };
+
+  // True when the ray meets the sphere around the box; most rays do not.
+  static bool isNear(const Box& box, const SceneRay& ray);
 
   static SceneRay inFrameOf(const Box& box, const SceneRay& ray);
   static std::optional<SceneHit> hitOn(const Box& box, const SceneRay& ray);

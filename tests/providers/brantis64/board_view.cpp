@@ -102,7 +102,7 @@ BoardView makeView(const ViewOptions& options) {
   for (int y = 0; y < picture.rows; ++y)
     for (int x = 0; x < picture.cols; ++x)
       picture(y, x) *= static_cast<float>(1 + options.light * (1.0 * x / picture.cols - 0.5));
-  view.image = finishImage(picture, options.effects);
+  view.image = tool::finishImage(picture, options.effects);
   return view;
 }
 

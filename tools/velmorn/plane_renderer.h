@@ -1,22 +1,22 @@
-// Pictures on a plane, as a pinhole camera with lens distortion sees them.
-#ifndef VELMORN64_TESTS_SUPPORT_PLANE_RENDERER_H
-#define VELMORN64_TESTS_SUPPORT_PLANE_RENDERER_H
+// Pictures on a plane, as a camera sees them.
+#ifndef VELMORN64_TOOLS_PLANE_RENDERER_H
+#define VELMORN64_TOOLS_PLANE_RENDERER_H
 
 #include <cstdint>
 
 #include <opencv2/core.hpp>
 
-#include "support/camera_model.h"
-
-namespace velmorn {
+namespace velmorn::tool {
 
 // A picture made of areas of one shade. An area must not be thinner than a pixel, or must be
 // convex.
 class PlanePicture {
  public:
+  static constexpr int kNoArea = -1; // outside the picture; what is behind it shows
+
   virtual ~PlanePicture() = default;
 
-  // A number for the area that a point lies in; the plane's own units.
+  // A number for the area that a point lies in, or kNoArea; the plane's own units.
   virtual int area(const cv::Vec2f& p) const = 0;
 
   // The grey level of an area.
@@ -41,22 +41,24 @@ cv::Mat finishImage(cv::Mat_<float> image, const ImageEffects& effects);
 // keep one per camera.
 class PlaneRenderer {
  public:
-  explicit PlaneRenderer(const CameraModel& camera);
+  // x/z and y/z of the lines of sight through the pixels' own corners: entry (y, x) is at image
+  // point (x - 0.5, y - 0.5), so there is one row and one column more than the image has.
+  explicit PlaneRenderer(const cv::Mat_<cv::Vec2f>& cornerRays) : rays_(cornerRays) {}
 
-  cv::Size imageSize() const { return imageSize_; }
+  cv::Size imageSize() const { return {rays_.cols - 1, rays_.rows - 1}; }
 
   // Grey levels before any effect.
   //
   // unit          length of the picture's unit in the unit of camFromPlane
   // camFromPlane  the plane is z = 0 of its frame
-  cv::Mat_<float> render(const PlanePicture& picture, double unit,
-                         const cv::Matx44d& camFromPlane) const;
+  // background    grey levels of what is behind, of the image's size
+  cv::Mat_<float> render(const PlanePicture& picture, double unit, const cv::Matx44d& camFromPlane,
+                         const cv::Mat_<float>& background) const;
 
  private:
-  cv::Size imageSize_;
-  cv::Mat_<cv::Vec2f> rays_; // x/z, y/z of the lines of sight through the pixels' own corners
+  cv::Mat_<cv::Vec2f> rays_;
 };
 
-} // namespace velmorn
+} // namespace velmorn::tool
 
-#endif // VELMORN64_TESTS_SUPPORT_PLANE_RENDERER_H
+#endif // VELMORN64_TOOLS_PLANE_RENDERER_H
