@@ -145,7 +145,9 @@ TEST(SceneGeometry, CornersAreMetAndNotMissed) {
         const cv::Vec3d inside = corner - 1e-4 * fromMiddle;
         EXPECT_TRUE(geometry.firstHit({origin, inside - origin})) << corner;
         EXPECT_TRUE(geometry.isBlocked({origin, 1e-3 * (inside - origin)})) << corner;
-        EXPECT_FALSE(geometry.firstHit({origin, corner + 2 * across - origin})) << corner;
+        // Square to the line from the middle nothing of the box is beyond the corner.
+        const cv::Vec3d beside = corner + 1e-4 * fromMiddle + 500 * across;
+        EXPECT_FALSE(geometry.firstHit({beside, -across})) << corner;
         EXPECT_FALSE(geometry.isBlocked({origin, origin - inside})) << corner;
       }
     }
