@@ -89,6 +89,37 @@ TEST_F(MergeJobFile, IntrinsicsFromTheResultFile) {
             "camera \"a\": key \"intrinsics\" is missing");
 }
 
+TEST_F(MergeJobFile, TakesAFolderPerCamera) {
+  json result = json::parse(readFile(dir() / "result.json"));
+  for (json& camera : result["cameras"]) camera["intrinsics"] = result["cameras"][1]["intrinsics"];
+  writeFile("result.json", result.dump());
+  for (const char* file :
+       {"b/depth.tif", "b/depth.txt", "a/depth.png", "a/color.jpg", "c/notes.txt"}) {
+    std::filesystem::create_directories((dir() / "rig" / file).parent_path());
+    writeFile(dir() / "rig" / file, "");
+  }
+  const MergeJob job = readMergeFolder("rig", "result.json");
+  ASSERT_EQ(job.cameras.size(), 2U);
+  EXPECT_EQ(job.cameras[0].id, "a");
+  EXPECT_EQ(job.cameras[0].depthPath, "rig/a/depth.png");
+  EXPECT_EQ(job.cameras[0].colorPath, "rig/a/color.jpg");
+  EXPECT_EQ(job.cameras[0].baseFromCam, kBaseFromA);
+  EXPECT_EQ(job.cameras[1].depthPath, "rig/b/depth.tif");
+  EXPECT_EQ(job.cameras[1].colorPath, "");
+  EXPECT_EQ(job.depthUnit, 1);
+}
+
+TEST_F(MergeJobFile, SaysWhatAFolderLacks) {
+  EXPECT_THAT(toolError([] { readMergeFolder("none", "result.json"); }), StartsWith("none: "));
+  std::filesystem::create_directories(dir() / "rig/z");
+  EXPECT_EQ(toolError([] { readMergeFolder("rig", "result.json"); }),
+            "rig: no folder with a depth.png in it");
+  writeFile(dir() / "rig/z/depth.png", "");
+  EXPECT_THAT(toolError([] { readMergeFolder("rig", "none.json"); }), StartsWith("rig: none.json"));
+  EXPECT_THAT(toolError([] { readMergeFolder("rig", "result.json"); }),
+              StartsWith("rig: camera \"z\""));
+}
+
 TEST_F(MergeJobFile, OneCameraNeedsNoResult) {
   json job = twoCameraMergeJob();
   job["cameras"].erase(1);

@@ -12,22 +12,22 @@
 namespace velmorn::tool {
 namespace {
 
-constexpr double kLeastCoverage = 20; // percent of the image
+constexpr double kLeastCoverage = 10; // percent of the image
 constexpr double kLeastAngle = 10;    // degrees between the two most different board normals
 constexpr double kLeastSquare = 23;   // pixels; the refinement of plain boards' corners looks 11
                                       // pixels around, below this at the next corner too
 constexpr std::size_t kFewestToCompare = 2;
+constexpr std::size_t kGoodNumber = 4; // images of a plain board
 
 std::string nameOf(const CameraRecord& camera) { return "camera " + inQuotes(camera.id); }
 
 void checkFound(const CameraRecord& camera, Findings& findings) {
-  if (camera.imagesFound == 0 || 2 * camera.imagesFound >= camera.imagesTotal) return;
+  if (camera.imagesFound == 0 || camera.imagesFound >= kGoodNumber) return;
   findings.push_back({Weight::kCaution,
-                      nameOf(camera) + ": the board was found in only " +
-                          std::to_string(camera.imagesFound) + " of " +
-                          counted(camera.imagesTotal, "image"),
-                      "a plain board has to be in the image as a whole with a white margin around "
-                      "it; look for blur, glare and shadows"});
+                      nameOf(camera) + ": only " + std::to_string(camera.imagesFound) + " of its " +
+                          counted(camera.imagesTotal, "image") + " show the board",
+                      "take more; a plain board has to be in the image as a whole with a white "
+                      "margin around it, without blur, glare and shadows"});
 }
 
 void checkCoverage(const CameraRecord& camera, Findings& findings) {
@@ -84,7 +84,7 @@ void checkSquares(const StitchRecord& run, const CameraRecord& camera, Findings&
 Findings checkViews(const StitchRecord& run) {
   Findings findings;
   for (const CameraRecord& camera : run.cameras) {
-    checkFound(camera, findings);
+    if (!run.hasDataCodes) checkFound(camera, findings);
     checkCoverage(camera, findings);
     checkAngles(camera, findings);
     checkSquares(run, camera, findings);

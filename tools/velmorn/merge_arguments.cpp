@@ -1,6 +1,7 @@
 // The command line of `velmorn merge`.
 #include "velmorn/merge_arguments.h"
 
+#include <filesystem>
 #include <memory>
 
 #include "velmorn/arguments.h"
@@ -27,7 +28,11 @@ constexpr const char* kMergeExample =
     "plane\n"
     "or velmorn platform), frame_camera (the camera that file is for, the base unless given), and\n"
     "intrinsics for a camera whose result file does not have them.\n"
-    "Paths in the file are relative to it.";
+    "Paths in the file are relative to it.\n"
+    "\n"
+    "Without a job file, from a folder with a folder per camera (rig/left/depth.png and "
+    "color.png):\n"
+    "  velmorn merge rig -o merged.ply";
 
 } // namespace
 
@@ -35,7 +40,13 @@ void addMerge(CLI::App& app, MergeOptions& options) {
   CLI::App& command = *app.add_subcommand(
       "merge", "Merge the depth images of a rig into one point cloud and check its seams");
   const auto voxel = std::make_shared<double>();
-  command.add_option("job", options.job, "Job file, JSON")->required()->check(CLI::ExistingFile);
+  command.add_option("job", options.job, "Job file, JSON, or a folder with a folder per camera")
+      ->required()
+      ->check(CLI::ExistingPath);
+  command
+      .add_option("--result", options.result,
+                  "Of a folder: what velmorn stitch wrote; a job file says it itself")
+      ->capture_default_str();
   command
       .add_option("-o,--output", options.output,
                   "Point cloud to write: binary PLY with colours and the index of the camera")
@@ -48,6 +59,8 @@ void addMerge(CLI::App& app, MergeOptions& options) {
       ->check(hasExtension({".json"}));
   command.footer(kMergeExample);
   command.callback([&options, &command, voxel] {
+    if (command.count("--result") != 0 && !std::filesystem::is_directory(options.job))
+      throw CLI::ValidationError("--result", "is for a folder; the job file says it");
     if (command.count("--voxel") != 0) options.voxel = *voxel;
   });
 }

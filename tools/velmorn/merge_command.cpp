@@ -1,6 +1,7 @@
 // `velmorn merge`: the clouds of several depth cameras as one.
 #include "velmorn/merge_command.h"
 
+#include <filesystem>
 #include <iostream>
 #include <numeric>
 #include <utility>
@@ -107,7 +108,9 @@ void printSummary(const MergeOptions& options, const MergeJob& job, const MergeS
 }
 
 MergeJob readJob(const MergeOptions& options) {
-  MergeJob job = readMergeJob(options.job);
+  MergeJob job = std::filesystem::is_directory(options.job)
+                     ? readMergeFolder(options.job, options.result)
+                     : readMergeJob(options.job);
   if (options.voxel) job.voxel = options.voxel;
   return job;
 }

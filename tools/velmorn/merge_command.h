@@ -8,10 +8,11 @@
 namespace velmorn::tool {
 
 struct MergeOptions {
-  std::string job;                   // job file
-  std::string output = "merged.ply"; // cloud to write
-  std::string seams;                 // file for the seams' numbers; empty: none
-  std::optional<double> voxel;       // side, length unit; goes before the job's
+  std::string job;                    // job file
+  std::string result = "result.json"; // of a folder: what velmorn stitch wrote
+  std::string output = "merged.ply";  // cloud to write
+  std::string seams;                  // file for the seams' numbers; empty: none
+  std::optional<double> voxel;        // side, length unit; goes before the job's
 };
 
 // Progress goes to the standard error, the summary and the seams to the standard output. Throws

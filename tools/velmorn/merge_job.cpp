@@ -1,8 +1,10 @@
 // Job files: the input of a merged cloud.
 #include "velmorn/merge_job.h"
 
+#include <algorithm>
 #include <filesystem>
 #include <map>
+#include <system_error>
 #include <utility>
 
 #include "velmorn/atomic_file.h"
@@ -106,7 +108,51 @@ MergeJob jobFrom(const nlohmann::json& value, const fs::path& folder) {
   return job;
 }
 
+// The first of the names that the folder has, with the folder; empty without one.
+std::string fileIn(const fs::path& folder, const std::vector<const char*>& names) {
+  std::error_code ignored;
+  for (const char* name : names)
+    if (fs::is_regular_file(folder / name, ignored)) return (folder / name).string();
+  return "";
+}
+
+nlohmann::json cameraOfFolder(const std::string& id, const std::string& depth,
+                              const std::string& color) {
+  nlohmann::json camera = {{"id", id}, {"depth", depth}};
+  if (!color.empty()) camera["color"] = color;
+  return camera;
+}
+
+nlohmann::json camerasOfFolder(const std::string& folder) {
+  std::vector<fs::path> folders;
+  std::error_code error;
+  fs::directory_iterator entry(folder, error);
+  if (error) throw ToolError(error.message());
+  for (; !error && entry != fs::directory_iterator(); entry.increment(error))
+    folders.push_back(entry->path());
+  std::sort(folders.begin(), folders.end());
+  nlohmann::json cameras = nlohmann::json::array();
+  for (const fs::path& camera : folders) {
+    const std::string depth = fileIn(camera, {"depth.png", "depth.tif", "depth.tiff"});
+    if (depth.empty()) continue;
+    const std::string color = fileIn(
+        camera, {"color.png", "color.jpg", "color.jpeg", "color.bmp", "color.tif", "color.tiff"});
+    cameras.push_back(cameraOfFolder(camera.filename().string(), depth, color));
+  }
+  if (cameras.empty()) throw ToolError("no folder with a depth.png in it");
+  return cameras;
+}
+
 } // namespace
+
+MergeJob readMergeFolder(const std::string& folder, const std::string& resultPath) {
+  try {
+    const nlohmann::json cameras = camerasOfFolder(folder);
+    return jobFrom({{"result", resultPath}, {"cameras", cameras}}, "");
+  } catch (const ToolError& error) {
+    throw ToolError(folder + ": " + error.what());
+  }
+}
 
 MergeJob readMergeJob(const std::string& path) {
   const std::string text = readWholeFile(path);

@@ -31,6 +31,11 @@ struct MergeJob {
 // used.
 MergeJob readMergeJob(const std::string& path);
 
+// The job without a file: a folder with a folder per camera, as `velmorn stitch` takes it. Cameras
+// are the folders with a depth.png (.tif, .tiff); color.png (.jpg, .jpeg, .bmp, .tif, .tiff) beside
+// it is the colour image. The intrinsics are those of the result file.
+MergeJob readMergeFolder(const std::string& folder, const std::string& resultPath);
+
 } // namespace velmorn::tool
 
 #endif // VELMORN64_TOOLS_MERGE_JOB_H
