@@ -119,6 +119,18 @@ int listSamples(const DepthStretch& stretch, const CameraFactors& camera, const 
                                    : listAll<false>(stretch, camera, grid, samples, cells);
 }
 
+CellRange findRange(const std::int32_t* cells, int n) {
+  __m512i first = _mm512_set1_epi32(cells[0]), last = first;
+  for (int i = 0; i < n; i += 16) {
+    const int rest = n - i;
+    const auto part = static_cast<__mmask16>(rest < 16 ? (1U << rest) - 1 : 0xFFFFU);
+    const __m512i cell = _mm512_maskz_loadu_epi32(part, cells + i);
+    first = _mm512_mask_min_epi32(first, part, first, cell);
+    last = _mm512_mask_max_epi32(last, part, last, cell);
+  }
+  return {_mm512_reduce_min_epi32(first), _mm512_reduce_max_epi32(last)};
+}
+
 // Appends the sixteen cells' elements that are chosen, returns the new length.
 int appendCovered(__m256i depth, int first, __mmask16 chosen, Listed* covered, int length) {
   const __m512i lanes = _mm512_setr_epi32(0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15);
@@ -147,7 +159,7 @@ int listCovered(const std::uint16_t* depth, int n, Listed* covered) {
 } // namespace
 
 const AerialKernels& avx512AerialKernels() {
-  static const AerialKernels kernels{listSamples, listCovered};
+  static const AerialKernels kernels{listSamples, findRange, listCovered};
   return kernels;
 }
 
