@@ -27,6 +27,11 @@ void forEachSixteen(int width, Step step) {
   if (first < width) step(first, lanesOf(width, first));
 }
 
+// Rows are often a page apart, which the processor's own prefetching does not cross.
+void fetchUpcoming(const Row& row, int first) {
+  _mm_prefetch(reinterpret_cast<const char*>(row.upcoming + first), _MM_HINT_T0);
+}
+
 __m512i laneNumbers() {
   return _mm512_setr_epi32(0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15);
 }
@@ -140,6 +145,7 @@ void fillFromBelow(Row row, std::uint32_t emptyMark) {
   SeedAhead ahead(row.width, seedsAt);
   LeftSeed leftSeed;
   forEachSixteen(row.width, [&](int first, __mmask16 lanes) {
+    fetchUpcoming(row, first);
     const __mmask16 seeds = seedsAt(first, lanes);
     const __m512 cells = _mm512_maskz_loadu_ps(lanes, row.cells + first);
     __m256i* const stepsOut = reinterpret_cast<__m256i*>(row.steps + first);
@@ -175,6 +181,7 @@ void fillFromAll(Row row) {
   SeedAhead ahead(row.width, seedsAt);
   LeftSeed leftSeed;
   forEachSixteen(row.width, [&](int first, __mmask16 lanes) {
+    fetchUpcoming(row, first);
     const __mmask16 seeds = seedsAt(first, lanes);
     const __m512 cells = _mm512_maskz_loadu_ps(lanes, row.cells + first);
     if (seeds == kAllLanes) {
