@@ -13,17 +13,36 @@ namespace {
 // Cells of this many bytes stay in a second-level cache by themselves.
 constexpr std::size_t kCachedBytes = std::size_t{1} << 21;
 
+// Cells that are cleared together, 16 or 40 KiB.
+constexpr std::size_t kPiece = 8192;
+
+bool isCached(const AerialCells& cells) {
+  const std::size_t cellBytes =
+      sizeof *cells.nearest + (cells.image != nullptr ? kColorBytes : std::size_t{0});
+  return cells.count * cellBytes <= kCachedBytes;
+}
+
 unsigned char* shownAt(const AerialCells& cells, std::int32_t cell) {
   return cells.image + kColorBytes * static_cast<std::size_t>(cell);
 }
 
 // Both of these are written without branches: which sample wins is as good as random.
 
+// The smallest depth does not depend on the order. Samples close to each other often share a cell
+// and would wait for each other: the quarters of the list take turns.
 void takeDepths(const SampleList& list, const AerialCells& cells) {
-  for (int i = 0; i < list.n; ++i) {
+  const auto take = [&](int i) {
     std::uint16_t& nearest = cells.nearest[list.cells[i]];
     nearest = std::min(nearest, depthOf(list.samples[i]));
+  };
+  const int quarter = list.n / 4;
+  for (int i = 0; i < quarter; ++i) {
+    take(i);
+    take(i + quarter);
+    take(i + 2 * quarter);
+    take(i + 3 * quarter);
   }
+  for (int i = 4 * quarter; i < list.n; ++i) take(i);
 }
 
 // `to` becomes `from` where mask is all ones and is written as it was where mask is 0.
@@ -51,16 +70,42 @@ void takeColors(const SampleList& list, const AerialCells& cells) {
 
 } // namespace
 
-void clearCells(const AerialCells& cells) {
+CellClearing::CellClearing(const AerialCells& cells, const AerialKernels& kernels)
+    : cells_(cells), findRange_(kernels.findRange) {
+  if (isCached(cells)) extend(0, cells.count);
+}
+
+void CellClearing::clearFor(const SampleList& list) {
+  if (list.n == 0 || end_ - first_ == cells_.count) return;
+  const CellRange range = findRange_(list.cells, list.n);
+  const std::size_t first = static_cast<std::size_t>(range.first) / kPiece * kPiece;
+  const std::size_t end = (static_cast<std::size_t>(range.last) / kPiece + 1) * kPiece;
+  extend(first, std::min(end, cells_.count));
+}
+
+void CellClearing::clearRest() { extend(0, cells_.count); }
+
+void CellClearing::extend(std::size_t first, std::size_t end) {
+  if (first_ == end_) first_ = end_ = first;
+  if (first < first_) {
+    clear(first, first_);
+    first_ = first;
+  }
+  if (end > end_) {
+    clear(end_, end);
+    end_ = end;
+  }
+}
+
+void CellClearing::clear(std::size_t first, std::size_t end) {
   static_assert(kEmptyCell == 0xFFFF, "both bytes are the same");
-  std::memset(cells.nearest, 0xFF, cells.count * sizeof *cells.nearest);
-  if (cells.image != nullptr) std::memset(cells.image, 0, cells.count * kColorBytes);
+  const std::size_t n = end - first;
+  std::memset(cells_.nearest + first, 0xFF, n * sizeof *cells_.nearest);
+  if (cells_.image != nullptr) std::memset(cells_.image + kColorBytes * first, 0, kColorBytes * n);
 }
 
 void fetchCells(const SampleList& list, const AerialCells& cells) {
-  const std::size_t cellBytes =
-      sizeof *cells.nearest + (cells.image != nullptr ? kColorBytes : std::size_t{0});
-  if (cells.count * cellBytes <= kCachedBytes) return;
+  if (isCached(cells)) return;
   fetchForWriting(cells.nearest, sizeof *cells.nearest, list.cells, list.n);
   if (cells.image != nullptr) fetchForWriting(cells.image, kColorBytes, list.cells, list.n);
 }

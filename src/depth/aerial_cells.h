@@ -29,8 +29,26 @@ struct AerialCells {
   std::size_t count;
 };
 
-// All cells empty and black.
-void clearCells(const AerialCells& cells);
+// Makes cells empty and black. Grids beyond the caches are cleared piece by piece, just before
+// samples come to a piece, so that it is in the cache then; what is clear is one range of cells
+// that grows at both ends.
+class CellClearing {
+ public:
+  CellClearing(const AerialCells& cells, const AerialKernels& kernels);
+
+  // The list's cells and all in between.
+  void clearFor(const SampleList& list);
+  // All that are left.
+  void clearRest();
+
+ private:
+  void extend(std::size_t first, std::size_t end);
+  void clear(std::size_t first, std::size_t end);
+
+  AerialCells cells_;
+  FindRange findRange_;
+  std::size_t first_ = 0, end_ = 0; // of the clear cells
+};
 
 // Asks for the memory of the list's cells, so that it has come when the list is taken. Nothing
 // depends on it but the time.

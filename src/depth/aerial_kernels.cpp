@@ -1,6 +1,7 @@
 // The plain form of the aerial view's searches, and the choice of a form.
 #include "depth/aerial_kernels.h"
 
+#include <algorithm>
 #include <cstddef>
 
 #include "depth/depth_false_color.h"
@@ -43,6 +44,11 @@ int listSamples(const DepthStretch& stretch, const CameraFactors& camera, const 
   return length;
 }
 
+CellRange findRange(const std::int32_t* cells, int n) {
+  const auto range = std::minmax_element(cells, cells + n);
+  return {*range.first, *range.second};
+}
+
 int listCovered(const std::uint16_t* depth, int n, Listed* covered) {
   int length = 0;
   for (int i = 0; i < n; ++i) {
@@ -55,7 +61,7 @@ int listCovered(const std::uint16_t* depth, int n, Listed* covered) {
 } // namespace
 
 const AerialKernels& plainAerialKernels() {
-  static const AerialKernels kernels{listSamples, listCovered};
+  static const AerialKernels kernels{listSamples, findRange, listCovered};
   return kernels;
 }
 

@@ -1,5 +1,5 @@
-// The two searches of the aerial view, in plain and in vector form: where a row's samples fall, and
-// which cells of a grid are covered.
+// The searches of the aerial view, in plain and in vector form: where a row's samples fall, between
+// which cells, and which cells of a grid are covered.
 //
 // Every form gives lists that lead to the same bytes. Nothing but intrinsics may be used in the
 // vector forms' files: an inline library function compiled there could be picked by the linker for
@@ -60,6 +60,13 @@ constexpr std::uint32_t offsetOf(Listed element) { return element & 0xFFFFU; }
 using ListSamples = int (*)(const DepthStretch& stretch, const CameraFactors& camera,
                             const AerialGrid& grid, Listed* samples, std::int32_t* cells);
 
+struct CellRange {
+  std::int32_t first, last;
+};
+
+// The smallest and the largest of n cells, at least 1.
+using FindRange = CellRange (*)(const std::int32_t* cells, int n);
+
 // Lists the cells that have a depth (all but kEmptyCell), in their order.
 //
 // depth    n cells, at most kMostListed
@@ -70,6 +77,7 @@ using ListCovered = int (*)(const std::uint16_t* depth, int n, Listed* covered);
 
 struct AerialKernels {
   ListSamples listSamples;
+  FindRange findRange;
   ListCovered listCovered;
 };
 

@@ -114,6 +114,24 @@ int listSamples(const DepthStretch& stretch, const CameraFactors& camera, const 
   return length + listRest(stretch, i, camera, grid, samples + length, cells + length);
 }
 
+// The last vector starts where it ends with the last cell.
+CellRange findRange(const std::int32_t* cells, int n) {
+  if (n < 8) return plainAerialKernels().findRange(cells, n);
+  __m256i first = _mm256_set1_epi32(cells[0]), last = first;
+  const auto take = [&](int i) {
+    const __m256i cell = _mm256_loadu_si256(reinterpret_cast<const __m256i*>(cells + i));
+    first = _mm256_min_epi32(first, cell);
+    last = _mm256_max_epi32(last, cell);
+  };
+  for (int i = 0; i <= n - 8; i += 8) take(i);
+  take(n - 8);
+  std::int32_t firsts[8], lasts[8];
+  store(firsts, first);
+  store(lasts, last);
+  const std::int32_t least = plainAerialKernels().findRange(firsts, 8).first;
+  return {least, plainAerialKernels().findRange(lasts, 8).last};
+}
+
 int listCovered(const std::uint16_t* depth, int n, Listed* covered) {
   const LaneTable& table = laneTable();
   const __m256i empty = _mm256_set1_epi32(kEmptyCell);
@@ -134,7 +152,7 @@ int listCovered(const std::uint16_t* depth, int n, Listed* covered) {
 } // namespace
 
 const AerialKernels& avx2AerialKernels() {
-  static const AerialKernels kernels{listSamples, listCovered};
+  static const AerialKernels kernels{listSamples, findRange, listCovered};
   return kernels;
 }
 

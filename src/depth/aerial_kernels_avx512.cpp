@@ -67,8 +67,20 @@ __mmask16 withoutBeaten(__mmask16 inside, __m512i cell, __m512i sample) {
   return _kandn_mask16(_kor_mask16(beatenByNext, nextBeaten), inside);
 }
 
-int listSamples(const DepthStretch& stretch, const CameraFactors& camera, const AerialGrid& grid,
-                Listed* samples, std::int32_t* cells) {
+// Are the stretch's samples so close together that many neighbours share a cell? Otherwise it takes
+// less time to bring them in than to look for the beaten ones. A guess by one sample will do.
+bool shareCells(const DepthStretch& stretch, const AerialGrid& grid) {
+  constexpr float kCloseCells = 0.8F;
+  const int i = stretch.n / 2;
+  if (i == 0) return false;
+  const float distance = (stretch.columnFactors[i] - stretch.columnFactors[i - 1]) *
+                         static_cast<float>(stretch.depth[i]);
+  return distance < kCloseCells * grid.resolution && -distance < kCloseCells * grid.resolution;
+}
+
+template <bool leavesOutBeaten>
+int listAll(const DepthStretch& stretch, const CameraFactors& camera, const AerialGrid& grid,
+            Listed* samples, std::int32_t* cells) {
   const VectorGrid vectorGrid(grid);
   const VectorRow rowX(camera.r00, camera.r01, camera.r02, camera.t0);
   const VectorRow rowY(camera.r10, camera.r11, camera.r12, camera.t1);
@@ -93,12 +105,30 @@ int listSamples(const DepthStretch& stretch, const CameraFactors& camera, const 
         _mm512_mask_mov_epi32(_mm512_set1_epi32(-1), inside, cellsOf(p, vectorGrid));
     const __m512i sample = _mm512_or_si512(_mm512_slli_epi32(depth, 16),
                                            _mm512_add_epi32(lanes, _mm512_set1_epi32(i)));
-    const __mmask16 kept = withoutBeaten(inside, cell, sample);
+    const __mmask16 kept = leavesOutBeaten ? withoutBeaten(inside, cell, sample) : inside;
     _mm512_storeu_si512(samples + length, _mm512_maskz_compress_epi32(kept, sample));
     _mm512_storeu_si512(cells + length, _mm512_maskz_compress_epi32(kept, cell));
     length += __builtin_popcount(kept);
   }
   return length;
+}
+
+int listSamples(const DepthStretch& stretch, const CameraFactors& camera, const AerialGrid& grid,
+                Listed* samples, std::int32_t* cells) {
+  return shareCells(stretch, grid) ? listAll<true>(stretch, camera, grid, samples, cells)
+                                   : listAll<false>(stretch, camera, grid, samples, cells);
+}
+
+CellRange findRange(const std::int32_t* cells, int n) {
+  __m512i first = _mm512_set1_epi32(cells[0]), last = first;
+  for (int i = 0; i < n; i += 16) {
+    const int rest = n - i;
+    const auto part = static_cast<__mmask16>(rest < 16 ? (1U << rest) - 1 : 0xFFFFU);
+    const __m512i cell = _mm512_maskz_loadu_epi32(part, cells + i);
+    first = _mm512_mask_min_epi32(first, part, first, cell);
+    last = _mm512_mask_max_epi32(last, part, last, cell);
+  }
+  return {_mm512_reduce_min_epi32(first), _mm512_reduce_max_epi32(last)};
 }
 
 // Appends the sixteen cells' elements that are chosen, returns the new length.
@@ -129,7 +159,7 @@ int listCovered(const std::uint16_t* depth, int n, Listed* covered) {
 } // namespace
 
 const AerialKernels& avx512AerialKernels() {
-  static const AerialKernels kernels{listSamples, listCovered};
+  static const AerialKernels kernels{listSamples, findRange, listCovered};
   return kernels;
 }
 

@@ -146,7 +146,7 @@ void listStretch(const AerialKernels& kernels, const Projection& p, std::size_t 
 // A list is taken when the next one is made: until then the memory of its cells is on its way, and
 // that of the row below.
 void projectCamera(const AerialKernels& kernels, Projection& p, std::size_t k,
-                   const AerialCells& cells) {
+                   const AerialCells& cells, CellClearing& clearing) {
   const int width = p.depths[k].cols;
   fillColumnFactors(p.cameras[k], width, p.columnFactors.data());
   SampleList lists[2];
@@ -155,7 +155,8 @@ void projectCamera(const AerialKernels& kernels, Projection& p, std::size_t k,
     for (int u = 0; u < width; u += kStretch) {
       const int n = std::min(kStretch, width - u);
       listStretch(kernels, p, k, v, u, n, lists[current]);
-      fetchCells(lists[current], cells);
+      clearing.clearFor(lists[current]);
+      if (k > 0) fetchCells(lists[current], cells); // the first camera's have just been cleared
       fetchStretch(p, k, v + 1, u, n);
       current = 1 - current;
       takeCells(lists[current], cells);
@@ -184,9 +185,10 @@ int project(Matrices depths, Matrices colors, const tagOzKCamIntrinsic* intrinsi
                          resolution, *size, aerialImage);
   const bool isColored = !p.colors.empty();
   const AerialCells cells{p.nearest.get(), isColored ? p.image.data : nullptr, cellCount(*size)};
-  clearCells(cells);
   static const AerialKernels& kernels = aerialKernels(supportedVectorLevel());
-  for (std::size_t k = 0; k < p.cameras.size(); ++k) projectCamera(kernels, p, k, cells);
+  CellClearing clearing(cells, kernels);
+  for (std::size_t k = 0; k < p.cameras.size(); ++k) projectCamera(kernels, p, k, cells, clearing);
+  clearing.clearRest();
   // Without memory for the colours the image stays black; that is no failure.
   if (!isColored && renderDepthFalseColor(p.nearest.get(), size->width, size->height,
                                           p.image.ptr()) != kOzkSuccess)

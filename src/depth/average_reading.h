@@ -14,10 +14,9 @@ constexpr int kMostExactImages = 256;
 // Images that are read at the same time are streams to the processor, and memory is fast with a few
 // of them only: a burst of more images is read group by group, and tile by tile so that the sums in
 // between stay in the cache. They are on the stack: 96 KiB.
-constexpr int kMostStreams = 10;             // a burst of no more images is one group
-constexpr int kGroupImages = 5;              // else
+constexpr int kGroupImages = 5;
 constexpr std::size_t kTileBytes = 32768;    // of every image
-constexpr std::size_t kPrefetchBytes = 2048; // asked for in advance, across pages
+constexpr std::size_t kPrefetchBytes = 1024; // asked for in advance, across pages
 
 // How to divide integers of 16 bits by multiplication (T. Granlund, P. L. Montgomery, "Division by
 // invariant integers using multiplication", PLDI 1994): with h = n * multiplier / 2^16,
@@ -61,13 +60,13 @@ inline void averagePairs(const tagOzKImage* images, int count, std::size_t first
   using Sums = typename Mean::Sums;
   constexpr std::size_t kVectorBytes = Mean::kVectorBytes;
   Sums tile[velmorn::kTileBytes / kVectorBytes];
-  const int groupSize = count <= velmorn::kMostStreams ? count : velmorn::kGroupImages;
+  constexpr int kGroupSize = velmorn::kGroupImages;
   for (std::size_t start = first; start < last; start += velmorn::kTileBytes) {
     const std::size_t rest = last - start;
     const std::size_t size = rest < velmorn::kTileBytes ? rest : velmorn::kTileBytes;
-    for (int done = 0; done < count; done += groupSize) {
-      const bool isFirst = done == 0, isLast = count - done <= groupSize;
-      const int added = isLast ? count - done : groupSize;
+    for (int done = 0; done < count; done += kGroupSize) {
+      const bool isFirst = done == 0, isLast = count - done <= kGroupSize;
+      const int added = isLast ? count - done : kGroupSize;
       for (std::size_t i = 0; i < size; i += 2 * kVectorBytes) {
         Sums* kept = tile + i / kVectorBytes;
         Sums a = isFirst ? Sums{} : kept[0];

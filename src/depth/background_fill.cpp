@@ -54,11 +54,13 @@ bool GapFiller<Steps, Key>::fill(float* cells, std::uint32_t emptyMark) {
 
 // `below` is the next row with seeds, height_ for none.
 template <typename Steps, typename Key>
-FillRow<Steps, Key> GapFiller<Steps, Key>::rowAt(float* cells, int row, int below) const {
+FillRow<Steps, Key> GapFiller<Steps, Key>::rowAt(float* cells, int row, int upcoming,
+                                                 int below) const {
   const auto at = [&](int r) { return static_cast<std::size_t>(r); };
   FillRow<Steps, Key> r;
   r.width = width_;
   r.cells = cells + at(row) * at(width_);
+  r.upcoming = cells + at(upcoming) * at(width_);
   r.steps = steps_.get() + at(row) * stride_;
   // Nothing is taken from there when there is no such row; any memory will do.
   r.belowCells = below < height_ ? cells + at(below) * at(width_) : r.cells;
@@ -79,7 +81,7 @@ int GapFiller<Steps, Key>::fillUpward(float* cells, std::uint32_t emptyMark) {
   int below = height_;
   for (int row = height_ - 1; row >= 0; --row) {
     nextSeedRow_[static_cast<std::size_t>(row)] = below;
-    const FillRow<Steps, Key> r = rowAt(cells, row, below);
+    const FillRow<Steps, Key> r = rowAt(cells, row, std::max(row - 1, 0), below);
     if (!kernels_.hasSeed(r.cells, width_, emptyMark)) continue;
     kernels_.fillFromBelow(r, emptyMark);
     below = row;
@@ -94,7 +96,7 @@ void GapFiller<Steps, Key>::fillDownward(float* cells, int firstSeedRow) {
   int above = 0, nextWithSeeds = firstSeedRow;
   for (int row = 0; row < height_; ++row) {
     const int below = nextSeedRow_[static_cast<std::size_t>(row)];
-    FillRow<Steps, Key> r = rowAt(cells, row, below);
+    FillRow<Steps, Key> r = rowAt(cells, row, std::min(row + 1, height_ - 1), below);
     r.aboveGap = static_cast<Key>(row - above);
     if (row != nextWithSeeds) {
       kernels_.fillBetween(r);

@@ -28,6 +28,8 @@ template <typename Steps, typename Key>
 struct FillRow {
   int width;
   float* cells;
+  const float*
+      upcoming; // the cells of the row that the pass comes to next, itself if there is none
   Steps* steps; // to the nearest seed in this row and below
   const float* belowCells;
   const Steps* belowSteps;
@@ -82,7 +84,7 @@ class GapFiller {
   bool fill(float* cells, std::uint32_t emptyMark);
 
  private:
-  FillRow<Steps, Key> rowAt(float* cells, int row, int below) const;
+  FillRow<Steps, Key> rowAt(float* cells, int row, int upcoming, int below) const;
   int fillUpward(float* cells, std::uint32_t emptyMark);
   void fillDownward(float* cells, int firstSeedRow);
 

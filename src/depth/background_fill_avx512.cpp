@@ -27,6 +27,11 @@ void forEachSixteen(int width, Step step) {
   if (first < width) step(first, lanesOf(width, first));
 }
 
+// Rows are often a page apart, which the processor's own prefetching does not cross.
+void fetchUpcoming(const Row& row, int first) {
+  _mm_prefetch(reinterpret_cast<const char*>(row.upcoming + first), _MM_HINT_T0);
+}
+
 __m512i laneNumbers() {
   return _mm512_setr_epi32(0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15);
 }
@@ -60,24 +65,28 @@ __m512i highestBits(__m512i shiftedSeeds) {
   return _mm512_srli_epi32(_mm512_castps_si512(_mm512_cvtepi32_ps(shiftedSeeds)), 23);
 }
 
-int lowestLane(__mmask16 seeds) {
-  const int bits = seeds;
-  const __m128 lowest = _mm_cvtepi32_ps(_mm_cvtsi32_si128((bits & -bits) << 1));
-  return (_mm_cvtsi128_si32(_mm_castps_si128(lowest)) >> 23) - kBias;
-}
-
-// nextSeed[k] becomes the first seed beyond the sixteen columns from 16 k.
+// The first seed beyond the sixteen columns that are worked on, looked for when it is asked for and
+// remembered as long as it is ahead: all in all, a row is gone through once.
 template <typename SeedsAt>
-void findNextSeeds(int width, SeedsAt seedsAt, int* nextSeed) {
-  int beyond = kNoSeedRight;
-  for (int k = (width - 1) / kFillLanes; k >= 0; --k) {
-    const int first = k * kFillLanes;
-    nextSeed[k] = beyond;
-    const __mmask16 seeds = seedsAt(first, lanesOf(width, first));
-    const int lowest = first + lowestLane(seeds);
-    beyond = seeds != 0 ? lowest : beyond;
+class SeedAhead {
+ public:
+  SeedAhead(int width, const SeedsAt& seedsAt) : width_(width), seedsAt_(seedsAt) {}
+
+  int beyond(int first) {
+    const int start = first + kFillLanes;
+    if (column_ >= start) return column_;
+    for (int next = start; next < width_; next += kFillLanes) {
+      const __mmask16 seeds = seedsAt_(next, lanesOf(width_, next));
+      if (seeds != 0) return column_ = next + __builtin_ctz(seeds);
+    }
+    return column_ = kNoSeedRight;
   }
-}
+
+ private:
+  int width_;
+  const SeedsAt& seedsAt_;
+  int column_ = -1;
+};
 
 // The last seed left of the sixteen columns, the value in every lane.
 struct LeftSeed {
@@ -95,9 +104,9 @@ struct Nearest {
   __m512 value;
 };
 
-Nearest nearest16(const Row& row, int first, __mmask16 seeds, __m512 cells, LeftSeed& leftSeed) {
+Nearest nearest16(const Row& row, int first, int beyond, __mmask16 seeds, __m512 cells,
+                  LeftSeed& leftSeed) {
   const __m512i lanes = laneNumbers(), biased = _mm512_add_epi32(lanes, _mm512_set1_epi32(kBias));
-  const int beyond = row.nextSeed[first / kFillLanes];
   __m512 rightValue = _mm512_set1_ps(row.cells[beyond < row.width ? beyond : 0]);
   __m512 leftValue = leftSeed.value;
   __m512i left = _mm512_add_epi32(lanes, _mm512_set1_epi32(first - leftSeed.column));
@@ -120,8 +129,7 @@ Nearest nearest16(const Row& row, int first, __mmask16 seeds, __m512 cells, Left
     left = _mm512_mask_sub_epi32(left, hasLeft, biased, last);
     leftValue = _mm512_mask_permutexvar_ps(leftValue, hasLeft, last, cells);
 
-    const __m128 highest = _mm_cvtepi32_ps(_mm_cvtsi32_si128(2 * seeds));
-    const int lastHere = (_mm_cvtsi128_si32(_mm_castps_si128(highest)) >> 23) - kBias;
+    const int lastHere = 31 - __builtin_clz(seeds);
     leftSeed = {first + lastHere, _mm512_permutexvar_ps(_mm512_set1_epi32(lastHere), cells)};
   }
   const __mmask16 takesRight = _mm512_cmple_epi32_mask(right, left);
@@ -134,9 +142,10 @@ void fillFromBelow(Row row, std::uint32_t emptyMark) {
   const auto seedsAt = [&](int first, __mmask16 lanes) {
     return markSeeds(row.cells + first, lanes, mark);
   };
-  findNextSeeds(row.width, seedsAt, row.nextSeed);
+  SeedAhead ahead(row.width, seedsAt);
   LeftSeed leftSeed;
   forEachSixteen(row.width, [&](int first, __mmask16 lanes) {
+    fetchUpcoming(row, first);
     const __mmask16 seeds = seedsAt(first, lanes);
     const __m512 cells = _mm512_maskz_loadu_ps(lanes, row.cells + first);
     __m256i* const stepsOut = reinterpret_cast<__m256i*>(row.steps + first);
@@ -145,7 +154,7 @@ void fillFromBelow(Row row, std::uint32_t emptyMark) {
       leftSeed = lastLane(first, cells);
       return;
     }
-    const Nearest own = nearest16(row, first, seeds, cells, leftSeed);
+    const Nearest own = nearest16(row, first, ahead.beyond(first), seeds, cells, leftSeed);
     const __m512i ownSteps = _mm512_min_epi32(own.left, own.right);
     const __m512i below = _mm512_add_epi32(loadSteps(row.belowSteps + first), gap);
     const __mmask16 takesBelow = _mm512_mask_cmple_epi32_mask(lanes, below, ownSteps);
@@ -169,9 +178,10 @@ void fillFromAll(Row row) {
   const auto seedsAt = [&](int first, __mmask16 lanes) {
     return stepSeeds(row.steps + first, lanes);
   };
-  findNextSeeds(row.width, seedsAt, row.nextSeed);
+  SeedAhead ahead(row.width, seedsAt);
   LeftSeed leftSeed;
   forEachSixteen(row.width, [&](int first, __mmask16 lanes) {
+    fetchUpcoming(row, first);
     const __mmask16 seeds = seedsAt(first, lanes);
     const __m512 cells = _mm512_maskz_loadu_ps(lanes, row.cells + first);
     if (seeds == kAllLanes) {
@@ -180,7 +190,7 @@ void fillFromAll(Row row) {
       leftSeed = lastLane(first, cells);
       return;
     }
-    const Nearest own = nearest16(row, first, seeds, cells, leftSeed);
+    const Nearest own = nearest16(row, first, ahead.beyond(first), seeds, cells, leftSeed);
     // A seed itself counts as not to the right.
     const __m512i leftKeys = _mm512_add_epi32(_mm512_slli_epi32(own.left, 1), one);
     const __m512i rightKeys = _mm512_slli_epi32(own.right, 1);

@@ -16,40 +16,102 @@ namespace velmorn {
 namespace {
 
 constexpr int kDepths = kEmptyCell; // depths that a cell can have, 0 to 65534
+constexpr std::size_t kCellBytes = 3;
 
 // Cells that are listed at a time.
 constexpr int kBlock = 2048;
 static_assert(kBlock <= kMostListed);
 
-// Calls `use` with the covered cells of every block: the list, its length, the block's first cell.
+// Until it is painted, the output holds what was found out about a block.
+struct Block {
+  const unsigned short* depth;
+  int size;
+  unsigned char* output;
+};
+
 template <typename Use>
-void forEachBlock(const unsigned short* depth, std::size_t cells, const Use& use) {
-  static const AerialKernels& kernels = aerialKernels(supportedVectorLevel());
-  Listed covered[kBlock + kListSlack];
+void forEachBlock(const unsigned short* depth, std::size_t cells, unsigned char* output,
+                  const Use& use) {
   for (std::size_t first = 0; first < cells; first += kBlock) {
-    const int size = static_cast<int>(std::min<std::size_t>(kBlock, cells - first));
-    const std::size_t next = std::min(first + kBlock, cells);
-    const std::size_t nextSize = std::min<std::size_t>(kBlock, cells - next);
+    const std::size_t size = std::min<std::size_t>(kBlock, cells - first);
+    const std::size_t next = first + size, nextSize = std::min<std::size_t>(kBlock, cells - next);
     fetchForReading(depth + next, nextSize * sizeof *depth);
-    use(covered, kernels.listCovered(depth + first, size, covered), first, size);
+    use(Block{depth + first, static_cast<int>(size), output + kCellBytes * first});
   }
 }
 
-// Neighbours often have the same depth; two tables in turn spare most of the waiting for a count
-// that was just written.
-struct Counts {
-  std::uint32_t even[kDepths + 1], odd[kDepths + 1];
+// A block's covered cells.
+struct Covered {
+  int n = 0;
+  Listed cells[kBlock + kListSlack];
 };
 
-std::uint32_t count(const unsigned short* depth, std::size_t cells, Counts& counts) {
+// In the output: the length of the block's list, then the list. Where most cells are covered it has
+// no room.
+using KeptLength = std::uint16_t;
+static_assert(sizeof(KeptLength) <= kCellBytes, "fits into the smallest block");
+constexpr KeptLength kNotKept = 0xFFFF;
+
+void keep(const Covered& covered, const Block& block) {
+  const std::size_t bytes = static_cast<std::size_t>(covered.n) * sizeof(Listed);
+  const bool fits = sizeof(KeptLength) + bytes <= kCellBytes * static_cast<std::size_t>(block.size);
+  const KeptLength length = fits ? static_cast<KeptLength>(covered.n) : kNotKept;
+  std::memcpy(block.output, &length, sizeof length);
+  if (fits) std::memcpy(block.output + sizeof length, covered.cells, bytes);
+}
+
+// False when it was not kept.
+bool findKept(const Block& block, Covered& covered) {
+  KeptLength length;
+  std::memcpy(&length, block.output, sizeof length);
+  if (length == kNotKept) return false;
+  covered.n = length;
+  std::memcpy(covered.cells, block.output + sizeof length, length * sizeof(Listed));
+  return true;
+}
+
+// How often each depth occurs. Neighbours often have the same depth; two tables in turn spare most
+// of the waiting for a count that was just written.
+struct Counts {
+  int depths = 0; // the tables are in use for the depths below
+  std::uint32_t even[kDepths + 1], odd[kDepths + 1];
+
+  void use(int below) {
+    if (below <= depths) return;
+    std::fill(even + depths, even + below, 0U);
+    std::fill(odd + depths, odd + below, 0U);
+    depths = below;
+  }
+};
+
+// Not below any of the depths, and less than twice the largest.
+int depthLimit(const Covered& covered) {
+  Listed bits = 0;
+  for (int i = 0; i < covered.n; ++i) bits |= covered.cells[i];
+  return depthOf(bits);
+}
+
+void countCells(const Covered& covered, Counts& counts) {
+  counts.use(depthLimit(covered) + 1);
+  const int n = covered.n;
+  for (int i = 0; i + 1 < n; i += 2) {
+    ++counts.even[depthOf(covered.cells[i])];
+    ++counts.odd[depthOf(covered.cells[i + 1])];
+  }
+  if (n % 2 != 0) ++counts.even[depthOf(covered.cells[n - 1])];
+}
+
+// Returns the number of covered cells.
+std::uint32_t count(const unsigned short* depth, std::size_t cells, unsigned char* output,
+                    Counts& counts) {
+  static const AerialKernels& kernels = aerialKernels(supportedVectorLevel());
   std::uint32_t total = 0;
-  forEachBlock(depth, cells, [&](const Listed* covered, int n, std::size_t, int) {
-    for (int i = 0; i + 1 < n; i += 2) {
-      ++counts.even[depthOf(covered[i])];
-      ++counts.odd[depthOf(covered[i + 1])];
-    }
-    if (n % 2 != 0) ++counts.even[depthOf(covered[n - 1])];
-    total += static_cast<std::uint32_t>(n);
+  Covered covered;
+  forEachBlock(depth, cells, output, [&](const Block& block) {
+    covered.n = kernels.listCovered(block.depth, block.size, covered.cells);
+    countCells(covered, counts);
+    keep(covered, block);
+    total += static_cast<std::uint32_t>(covered.n);
   });
   return total;
 }
@@ -59,29 +121,45 @@ std::uint32_t colour(std::uint32_t e) {
   return e | 2 * std::min(e, 255 - e) << 8 | (255 - e) << 16;
 }
 
-// The colour of every depth that occurs, in place of its even count.
+// The colour of every depth that occurs, in place of its even count, and of empty cells.
 void equalise(Counts& counts, std::uint32_t total) {
   std::uint32_t sum = 0;
-  for (int i = 0; i < kDepths; ++i) {
+  for (int i = 0; i < counts.depths; ++i) {
     const std::uint32_t n = counts.even[i] + counts.odd[i];
     if (n == 0) continue;
     sum += n;
     counts.even[i] = colour(sum * 255U / total & 255U); // wraps around, hosts see it so
   }
+  counts.even[kEmptyCell] = 0;
 }
 
-// Four bytes at a time: the fourth is the next cell's first, which is 0 or written afterwards. The
-// very last cell gets three.
+// Cells are painted four bytes at a time: the fourth is the next cell's first, which is 0 or
+// written afterwards. A block's last cell gets three.
+
+void paintCovered(const Covered& covered, const std::uint32_t* colors, const Block& block) {
+  std::memset(block.output, 0, kCellBytes * static_cast<std::size_t>(block.size));
+  const auto cellAt = [&](int i) { return block.output + kCellBytes * offsetOf(covered.cells[i]); };
+  const auto colorAt = [&](int i) { return &colors[depthOf(covered.cells[i])]; };
+  for (int i = 0; i < covered.n - 1; ++i) std::memcpy(cellAt(i), colorAt(i), kCellBytes + 1);
+  if (covered.n > 0) std::memcpy(cellAt(covered.n - 1), colorAt(covered.n - 1), kCellBytes);
+}
+
+void paintAll(const std::uint32_t* colors, const Block& block) {
+  const int last = block.size - 1;
+  unsigned char* cell = block.output;
+  for (int i = 0; i < last; ++i, cell += kCellBytes)
+    std::memcpy(cell, &colors[block.depth[i]], kCellBytes + 1);
+  std::memcpy(cell, &colors[block.depth[last]], kCellBytes);
+}
+
 void paint(const unsigned short* depth, std::size_t cells, const std::uint32_t* colors,
            unsigned char* output) {
-  forEachBlock(depth, cells, [&](const Listed* covered, int n, std::size_t first, int size) {
-    unsigned char* block = output + 3 * first;
-    std::memset(block, 0, 3 * static_cast<std::size_t>(size));
-    const bool hasLast = n > 0 && first + offsetOf(covered[n - 1]) + 1 == cells;
-    const int inner = hasLast ? n - 1 : n;
-    for (int i = 0; i < inner; ++i)
-      std::memcpy(block + 3 * offsetOf(covered[i]), &colors[depthOf(covered[i])], 4);
-    if (hasLast) std::memcpy(output + 3 * (cells - 1), &colors[depthOf(covered[n - 1])], 3);
+  Covered covered;
+  forEachBlock(depth, cells, output, [&](const Block& block) {
+    if (findKept(block, covered))
+      paintCovered(covered, colors, block);
+    else
+      paintAll(colors, block);
   });
 }
 
@@ -89,11 +167,11 @@ void paint(const unsigned short* depth, std::size_t cells, const std::uint32_t* 
 
 int renderDepthFalseColor(const unsigned short* depth, int width, int height,
                           unsigned char* output) {
-  const std::unique_ptr<Counts> counts(new (std::nothrow) Counts());
+  const std::unique_ptr<Counts> counts(new (std::nothrow) Counts);
   if (!counts) return kOzkComputationFailed;
   const std::size_t cells = static_cast<std::size_t>(width) * static_cast<std::size_t>(height);
-  const std::uint32_t total = count(depth, cells, *counts);
-  if (total > 0) equalise(*counts, total);
+  const std::uint32_t total = count(depth, cells, output, *counts);
+  equalise(*counts, total);
   paint(depth, cells, counts->even, output);
   return kOzkSuccess;
 }

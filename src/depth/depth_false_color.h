@@ -12,7 +12,7 @@ constexpr unsigned short kEmptyCell = 65535;
 // cells of a grid without a covered one, become black.
 //
 // depth   width * height values, kEmptyCell where there is none
-// output  out, width * height * 3 bytes
+// output  out, width * height * 3 bytes apart from depth; holds intermediate results on the way
 //
 // e is computed in 32 bits: the running count times 255 wraps around above 16.8 million covered
 // cells. Returns 0, or -1 with output untouched when there is no memory for the tables.

@@ -1,6 +1,7 @@
 // Every form of the aerial view's searches against the plain one.
 #include "depth/aerial_kernels.h"
 
+#include <algorithm>
 #include <limits>
 #include <random>
 #include <string>
@@ -185,7 +186,7 @@ cv::Mat viewByForm(const AerialKernels& kernels, const AerialScene& s, int gridW
                    int gridHeight) {
   cv::Mat nearest(gridHeight, gridWidth, CV_16UC1), image(gridHeight, gridWidth, CV_8UC3);
   const AerialCells cells{nearest.ptr<std::uint16_t>(), image.data, nearest.total()};
-  clearCells(cells);
+  CellClearing clearing(cells, kernels);
   for (std::size_t k = 0; k < s.depths.size(); ++k) {
     const CameraFactors camera = factorsOf(s, k);
     const int width = s.depths[k].cols;
@@ -199,10 +200,12 @@ cv::Mat viewByForm(const AerialKernels& kernels, const AerialScene& s, int gridW
                              (static_cast<float>(v) - camera.cy) * camera.ify};
       list.n = kernels.listSamples(row, camera, {s.region, s.resolution, gridWidth}, list.samples,
                                    list.cells);
+      clearing.clearFor(list);
       fetchCells(list, cells);
       takeCells(list, cells);
     }
   }
+  clearing.clearRest();
   return image;
 }
 
@@ -219,6 +222,21 @@ TEST(AerialKernels, EveryFormGivesTheBytesOfThePlainView) {
         EXPECT_TRUE(
             haveEqualBytes(viewByForm(form.kernels, scene, expected.cols, expected.rows), expected))
             << form.name << ", seed " << seed << ", resolution " << resolution;
+    }
+}
+
+TEST(AerialKernels, RangeOfCellsIsFound) {
+  std::mt19937 random(5);
+  for (int n = 1; n <= 70; ++n)
+    for (int i = 0; i < 20; ++i) {
+      std::vector<std::int32_t> cells(static_cast<std::size_t>(n));
+      for (auto& cell : cells) cell = static_cast<std::int32_t>(random() & 0x7FFFFFFF);
+      const auto expected = std::minmax_element(cells.begin(), cells.end());
+      for (const Form& form : runnableForms()) {
+        const CellRange range = form.kernels.findRange(cells.data(), n);
+        EXPECT_EQ(range.first, *expected.first) << form.name << ", " << n;
+        EXPECT_EQ(range.last, *expected.second) << form.name << ", " << n;
+      }
     }
 }
 

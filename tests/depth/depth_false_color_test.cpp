@@ -1,6 +1,7 @@
 // Depths as colours.
 #include "depth/depth_false_color.h"
 
+#include <algorithm>
 #include <random>
 #include <vector>
 
@@ -53,6 +54,24 @@ TEST(DepthFalseColor, RandomGridsHaveThePlainBytes) {
     plainFalseColor(depth.data(), width, height, expected.data());
     EXPECT_EQ(render(depth, width, height), expected) << width << " x " << height;
   }
+}
+
+// Grids of one row around the sizes of the blocks that are painted at a time, with as many covered
+// cells as a block's output has room to list, and one more or less.
+TEST(DepthFalseColor, BlocksHaveThePlainBytesAtAllTheirBorders) {
+  std::mt19937 random(12);
+  for (const int cells : {1, 2, 3, 4, 2047, 2048, 2049, 2050, 4095, 4096, 4097, 6143})
+    for (const int covered : {0, 1, 2, 1534, 1535, 1536, 1537, 2047, 2048, cells})
+      for (const bool coversLast : {false, true}) {
+        std::vector<unsigned short> depth(static_cast<std::size_t>(cells), kEmptyCell);
+        const auto end = depth.begin() + std::min(cells, covered);
+        for (auto cell = depth.begin(); cell != end; ++cell)
+          *cell = static_cast<unsigned short>(random() % 65535);
+        if (coversLast) std::reverse(depth.begin(), depth.end());
+        Bytes expected(3 * depth.size());
+        plainFalseColor(depth.data(), cells, 1, expected.data());
+        EXPECT_EQ(render(depth, cells, 1), expected) << cells << " cells, " << covered;
+      }
 }
 
 // 17.6 million covered cells: the running count times 255 no longer fits into 32 bits, and the
