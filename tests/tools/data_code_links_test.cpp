@@ -47,7 +47,11 @@ cv::Matx44d shifted(double x, double y, double z) {
 }
 
 DataCodeShot shotAt(const cv::Matx44d& camFromBoard) {
-  return {ImageOutcome::kBoardFound, {{0, 0, 0}, {20, 0, 0}, {0, 20, 0}}, camFromBoard};
+  DataCodeShot shot;
+  shot.outcome = ImageOutcome::kBoardFound;
+  shot.corners = {{0, 0, 0}, {20, 0, 0}, {0, 20, 0}};
+  shot.camFromBoard = camFromBoard;
+  return shot;
 }
 
 TEST_F(DataCodeLinks, TheTreeFollowsCommonPositions) {

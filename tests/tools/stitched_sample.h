@@ -26,7 +26,9 @@ inline StitchedRig stitchedSample(const std::string& rightId = "right") {
   for (int i = 0; i < 16; ++i) right.libraryEntry.data[i] = right.place.camFromBase.val[i];
   right.imagesFound = 12;
   right.imagesTotal = 14;
-  return {0, {left, right}};
+  StitchedRig rig;
+  rig.cameras = {left, right};
+  return rig;
 }
 
 } // namespace velmorn::tool

@@ -1,12 +1,10 @@
 // Where the cameras are relative to the base, composed from the pairwise links.
 #include "velmorn/camera_links.h"
 
-#include <iostream>
 #include <memory>
 
-#include "stitching/chess_corners.h"
+#include "velmorn/library_console.h"
 #include "velmorn/pose.h"
-#include "velmorn/stream_redirection.h"
 
 namespace velmorn::tool {
 namespace {
@@ -54,36 +52,9 @@ PlaceMap directPlaces(const Rig& rig, const OzKStitchResult& result) {
   return places;
 }
 
-// Finds the corners again, in the images where the run found them.
-CornerMap cornersAgain(const Rig& rig, const StitchMessages& messages) {
-  ImagePathMap found;
-  std::map<std::string, std::vector<std::size_t>> indices; // of `found` in the camera's list
-  for (const RigCamera& camera : rig.cameras) {
-    const std::vector<ImageOutcome>& outcomes = messages.outcomes().at(camera.id);
-    found[camera.id];
-    for (std::size_t j = 0; j < camera.images.size(); ++j) {
-      if (messages.complete() && outcomes[j] != ImageOutcome::kBoardFound) continue;
-      found[camera.id].push_back(camera.images[j]);
-      indices[camera.id].push_back(j);
-    }
-  }
-  CornerMap foundCorners;
-  findChessCornerPtByImgs(found, foundCorners, rig.board, false);
-
-  CornerMap corners;
-  for (const RigCamera& camera : rig.cameras) {
-    corners[camera.id].resize(camera.images.size());
-    for (std::size_t k = 0; k < indices[camera.id].size(); ++k) {
-      corners[camera.id][indices[camera.id][k]] = foundCorners[camera.id][k];
-    }
-  }
-  return corners;
-}
-
 std::shared_ptr<CamRalationTree> treeAgain(const Rig& rig, const OzKStitchResult& result,
-                                           const StitchMessages& messages) {
-  StitchMessages unheard({}, nullptr);
-  const StreamRedirection console(std::cout, unheard);
+                                           const CornerMap& corners) {
+  const LibraryConsole console;
   MatrixMap intrinsics;
   MatrixMap distortions;
   std::vector<std::string> candidates;
@@ -95,8 +66,8 @@ std::shared_ptr<CamRalationTree> treeAgain(const Rig& rig, const OzKStitchResult
   const auto base = std::make_shared<CamRalationTree>();
   base->camID = baseId(rig, result);
   int height = 0;
-  buildCamRalationTree(base, candidates, cornersAgain(rig, messages), intrinsics, distortions,
-                       rig.board, rig.square, rig.minImages, height);
+  buildCamRalationTree(base, candidates, corners, intrinsics, distortions, rig.board, rig.square,
+                       rig.minImages, height);
   return base;
 }
 
@@ -117,9 +88,10 @@ int sharedViews(const std::vector<ImageOutcome>& a, const std::vector<ImageOutco
   return shared;
 }
 
-PlaceMap findPlaces(const Rig& rig, const OzKStitchResult& result, const StitchMessages& messages) {
+PlaceMap findPlaces(const Rig& rig, const OzKStitchResult& result, const StitchMessages& messages,
+                    const CornerMap& corners) {
   if (allDirect(rig, result, messages)) return directPlaces(rig, result);
-  return composeLinks(*treeAgain(rig, result, messages));
+  return composeLinks(*treeAgain(rig, result, corners));
 }
 
 } // namespace velmorn::tool

@@ -35,9 +35,10 @@ int sharedViews(const std::vector<ImageOutcome>& a, const std::vector<ImageOutco
 // The places for a finished run.
 //
 // When the messages prove that every camera was linked to the base directly, the result's own
-// entries are camFromBase and are inverted. Otherwise the chained entries are no help: the corners
-// of the images with a board are found again and the tree is grown again from the same base.
-PlaceMap findPlaces(const Rig& rig, const OzKStitchResult& result, const StitchMessages& messages);
+// entries are camFromBase and are inverted. Otherwise the chained entries are no help: the tree is
+// grown again from the same base, with the run's corners.
+PlaceMap findPlaces(const Rig& rig, const OzKStitchResult& result, const StitchMessages& messages,
+                    const CornerMap& corners);
 
 } // namespace velmorn::tool
 

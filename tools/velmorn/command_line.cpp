@@ -41,6 +41,7 @@ constexpr const char* kStitchExample =
     "Further keys: min_images (3), base (\"auto\" or an id), save_corner_images (false).\n"
     "A data-code board is \"board\": \"data-code\", with min_corners (12) and without square and\n"
     "min_images.\n"
+    "One number of a plain board should be odd, one even: others look the same after half a turn.\n"
     "Paths in the file are relative to it. Image j of every camera shows the same board position.\n"
     "velmorn.log and, with save_corner_images, chessImgs/ come into the working directory.";
 

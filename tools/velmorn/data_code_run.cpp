@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <map>
+#include <utility>
 
 #include "velmorn/data_code_links.h"
 #include "velmorn/library_console.h"
@@ -28,10 +29,14 @@ int callLibrary(const Rig& rig, OzKStitchResult& result) {
                                    rig.saveCornerImages, rig.base, rig.minCorners);
 }
 
-[[noreturn]] void fail(const Rig& rig, const OutcomeMap& outcomes, int status) {
+[[noreturn]] void fail(const Rig& rig, const DataCodeShots& shots, int status) {
+  const OutcomeMap outcomes = outcomesOf(shots);
   const std::vector<const RigCamera*> unlinked = camerasWithoutLink(rig, outcomes);
-  if (status == kOzkUnlinkedCamera && !unlinked.empty())
-    throw ToolError(unlinkedReason(rig, unlinked, outcomes));
+  if (status == kOzkUnlinkedCamera && !unlinked.empty()) {
+    StitchedRig found = unlinkedRig(rig, outcomes, describeDataCodeShots(rig, shots));
+    found.square = squareOf(shots);
+    throw StitchFailure(unlinkedReason(rig, unlinked, outcomes), std::move(found));
+  }
   throw ToolError("the library refused the run with status " + std::to_string(status));
 }
 
@@ -50,10 +55,12 @@ StitchedRig stitchDataCodeRig(const Rig& rig,
   const OutcomeMap outcomes = outcomesOf(shots);
   OzKStitchResult result{};
   const int status = callLibrary(rig, result);
-  if (status != kOzkSuccess) fail(rig, outcomes, status);
+  if (status != kOzkSuccess) fail(rig, shots, status);
   const PlaceMap places = findDataCodePlaces(rig, result, outcomes);
 
   StitchedRig stitched;
+  stitched.square = squareOf(shots);
+  stitched.shots = describeDataCodeShots(rig, shots);
   stitched.base = static_cast<std::size_t>(result.baseCamIdx);
   for (std::size_t i = 0; i < rig.cameras.size(); ++i) {
     StitchedCamera camera = startCamera(rig.cameras[i].id, places, outcomes);

@@ -11,6 +11,7 @@
 #include <opencv2/core.hpp>
 
 #include "velmorn/rig_file.h"
+#include "velmorn/shot_record.h"
 #include "velmorn/stitch_messages.h"
 
 namespace velmorn::tool {
@@ -20,6 +21,10 @@ struct DataCodeShot {
   ImageOutcome outcome = ImageOutcome::kUnknown; // kBoardFound exactly when there is a pose
   std::vector<cv::Point3f> corners;              // on the board
   cv::Matx44d camFromBoard = cv::Matx44d::eye();
+  std::vector<cv::Point2f> pixels; // the same corners in the image
+  float square = 0;                // as the code says
+  double reprojectionError = 0;    // root mean square, pixels
+  std::string detail;              // what there is to say besides
 };
 
 using DataCodeShots = std::map<std::string, std::vector<DataCodeShot>>; // by camera id
@@ -30,6 +35,12 @@ DataCodeShots findDataCodeShots(const Rig& rig,
                                 const std::function<void(const ImageReport&)>& report);
 
 OutcomeMap outcomesOf(const DataCodeShots& shots);
+
+// The same for the result file.
+ShotMap describeDataCodeShots(const Rig& rig, const DataCodeShots& shots);
+
+// Side of a square as the first code says; 0 when none was read.
+float squareOf(const DataCodeShots& shots);
 
 } // namespace velmorn::tool
 

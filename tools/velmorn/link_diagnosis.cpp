@@ -10,20 +10,6 @@
 namespace velmorn::tool {
 namespace {
 
-// The cameras that the library could not link, in the rig's order.
-std::vector<const RigCamera*> unlinkedCameras(const Rig& rig, const StitchMessages& messages) {
-  std::vector<std::string> lines;
-  std::istringstream rest(messages.rest());
-  for (std::string line; std::getline(rest, line);) lines.push_back(line);
-
-  std::vector<const RigCamera*> unlinked;
-  for (const RigCamera& camera : rig.cameras) {
-    const std::string message = "failed to get camera " + camera.id + " RT";
-    if (std::find(lines.begin(), lines.end(), message) != lines.end()) unlinked.push_back(&camera);
-  }
-  return unlinked;
-}
-
 // `"left" 2, "right" 0`: board views that the camera shares with each of the others.
 std::string sharedViewsList(const Rig& rig, const RigCamera& camera, const OutcomeMap& outcomes) {
   std::string list;
@@ -73,6 +59,19 @@ std::string reasonFor(const Rig& rig, const RigCamera& camera, const OutcomeMap&
 }
 
 } // namespace
+
+std::vector<const RigCamera*> unlinkedCameras(const Rig& rig, const StitchMessages& messages) {
+  std::vector<std::string> lines;
+  std::istringstream rest(messages.rest());
+  for (std::string line; std::getline(rest, line);) lines.push_back(line);
+
+  std::vector<const RigCamera*> unlinked;
+  for (const RigCamera& camera : rig.cameras) {
+    const std::string message = "failed to get camera " + camera.id + " RT";
+    if (std::find(lines.begin(), lines.end(), message) != lines.end()) unlinked.push_back(&camera);
+  }
+  return unlinked;
+}
 
 std::string failureReason(const Rig& rig, const StitchMessages& messages, int status) {
   const std::vector<const RigCamera*> unlinked = unlinkedCameras(rig, messages);

@@ -10,6 +10,9 @@
 
 namespace velmorn::tool {
 
+// The cameras that the library said it could not link, in the rig's order.
+std::vector<const RigCamera*> unlinkedCameras(const Rig& rig, const StitchMessages& messages);
+
 // One line that names the camera and what kept it from being linked, or, when the library named no
 // camera, the status that it returned.
 std::string failureReason(const Rig& rig, const StitchMessages& messages, int status);

@@ -2,6 +2,9 @@
 #include "velmorn/result_file.h"
 
 #include <algorithm>
+#include <cmath>
+#include <filesystem>
+#include <system_error>
 
 #include <nlohmann/json.hpp>
 
@@ -16,28 +19,93 @@ namespace {
 
 using Json = nlohmann::ordered_json;
 
+constexpr double kPixelDigits = 1e4; // corners are written to four places
+
+namespace fs = std::filesystem;
+
+// The path as seen from the folder; as it is when it cannot be seen from there.
+std::string seenFrom(const fs::path& folder, const std::string& path) {
+  if (path.empty()) return path;
+  std::error_code error;
+  const fs::path relative = fs::proximate(path, folder.empty() ? "." : folder, error);
+  return error ? path : relative.string();
+}
+
+Json sizeJson(cv::Size size) {
+  if (size.area() == 0) return Json();
+  return Json{size.width, size.height};
+}
+
+Json intrinsicsJson(const RigCamera& camera, const fs::path& folder) {
+  const double* m = camera.model.intrinsic.matrix;
+  Json json;
+  json["file"] = seenFrom(folder, camera.intrinsicsPath);
+  json["imageSize"] = sizeJson(camera.model.imageSize);
+  json["matrix"] = {{m[0], m[1], m[2]}, {m[3], m[4], m[5]}, {m[6], m[7], m[8]}};
+  json["distortion"] = camera.model.distortion.coeffs;
+  return json;
+}
+
+double rounded(double pixels) { return std::round(pixels * kPixelDigits) / kPixelDigits; }
+
+Json shotJson(const ShotRecord& shot, const fs::path& folder) {
+  Json json;
+  json["image"] = seenFrom(folder, shot.image);
+  json["outcome"] = shot.outcome;
+  json["detail"] = shot.detail;
+  if (!shot.found()) return json;
+  json["reprojectionError"] = shot.reprojectionError;
+  json["camFromBoard"] = rowsOf(shot.camFromBoard);
+  json["corners"] = Json::array();
+  for (const cv::Point2d& corner : shot.corners) {
+    json["corners"].push_back(rounded(corner.x));
+    json["corners"].push_back(rounded(corner.y));
+  }
+  if (shot.grid.empty()) return json;
+  json["grid"] = Json::array();
+  for (const cv::Point& place : shot.grid) {
+    json["grid"].push_back(place.x);
+    json["grid"].push_back(place.y);
+  }
+  return json;
+}
+
+void addShots(const CameraShots& shots, const fs::path& folder, Json& json) {
+  json["imageSize"] = sizeJson(shots.imageSize);
+  json["shots"] = Json::array();
+  for (const ShotRecord& shot : shots.shots) json["shots"].push_back(shotJson(shot, folder));
+}
+
+// All null for a camera without a place.
+void addPlace(const StitchedCamera& camera, bool isBase, Json& json) {
+  const bool isLinked = camera.isLinked;
+  const CameraPlace& place = camera.place;
+  json["residual"] = isLinked && camera.residual ? Json(*camera.residual) : Json();
+  json["rotationDegrees"] = isLinked ? Json(rotationDegrees(place.baseFromCam)) : Json();
+  json["distanceToBase"] = isLinked ? Json(cv::norm(translationOf(place.baseFromCam))) : Json();
+  json["baseFromCam"] = isLinked ? rowsOf(place.baseFromCam) : Json();
+  json["camFromBase"] = isLinked ? rowsOf(place.camFromBase) : Json();
+  json["libraryEntry"] = isLinked ? rowsOf(poseFrom(camera.libraryEntry)) : Json();
+  if (isBase || !isLinked) json["parent"] = Json();
+}
+
 Json cameraJson(const StitchedCamera& camera, bool isBase) {
-  const cv::Vec3d position = translationOf(camera.place.baseFromCam);
   Json json;
   json["id"] = camera.id;
   json["isBase"] = isBase;
-  json["parent"] = isBase ? Json() : Json(camera.place.parent);
+  json["parent"] = camera.place.parent;
   json["depth"] = camera.place.depth;
   json["imagesFound"] = camera.imagesFound;
   json["imagesTotal"] = camera.imagesTotal;
   json["imagesShared"] = camera.imagesShared;
-  json["residual"] = camera.residual ? Json(*camera.residual) : Json();
-  json["rotationDegrees"] = rotationDegrees(camera.place.baseFromCam);
-  json["distanceToBase"] = cv::norm(position);
-  json["baseFromCam"] = rowsOf(camera.place.baseFromCam);
-  json["camFromBase"] = rowsOf(camera.place.camFromBase);
-  json["libraryEntry"] = rowsOf(poseFrom(camera.libraryEntry));
+  addPlace(camera, isBase, json);
   return json;
 }
 
-void describeBoard(const Rig& rig, Json& json) {
+void describeBoard(const Rig& rig, float square, Json& json) {
   if (rig.hasDataCodes) {
     json["board"] = "data-code";
+    json["square"] = square;
     json["minCorners"] = rig.minCorners;
     return;
   }
@@ -63,16 +131,30 @@ cv::Matx44d poseFromRows(const nlohmann::json& rows) {
 
 } // namespace
 
-std::string resultText(const Rig& rig, const StitchedRig& stitched) {
+std::string resultText(const Rig& rig, const StitchedRig& stitched, const std::string& path,
+                       const std::string& error) {
+  const fs::path folder = fs::path(path).parent_path();
+  const bool hasBase = !stitched.cameras.empty() && stitched.cameras[stitched.base].isLinked;
   Json json;
   json["libraryVersion"] = VELMORN64_VERSION;
-  describeBoard(rig, json);
-  json["base"] = stitched.cameras[stitched.base].id;
+  if (!error.empty()) json["error"] = error;
+  describeBoard(rig, stitched.square, json);
+  json["base"] = hasBase ? Json(stitched.cameras[stitched.base].id) : Json();
   json["cameras"] = Json::array();
   for (std::size_t i = 0; i < stitched.cameras.size(); ++i) {
-    json["cameras"].push_back(cameraJson(stitched.cameras[i], i == stitched.base));
+    const StitchedCamera& camera = stitched.cameras[i];
+    Json entry = cameraJson(camera, hasBase && i == stitched.base);
+    if (i < rig.cameras.size()) entry["intrinsics"] = intrinsicsJson(rig.cameras[i], folder);
+    const auto shots = stitched.shots.find(camera.id);
+    if (shots != stitched.shots.end()) addShots(shots->second, folder, entry);
+    json["cameras"].push_back(entry);
   }
   return fileText(json);
+}
+
+std::string failedResultPath(const std::string& path) {
+  const fs::path whole(path);
+  return (whole.parent_path() / (whole.stem().string() + "-failed.json")).string();
 }
 
 std::map<std::string, cv::Matx44d> readBaseFromCam(const std::string& path) {
@@ -81,7 +163,10 @@ std::map<std::string, cv::Matx44d> readBaseFromCam(const std::string& path) {
     const nlohmann::json result = parseJson(text);
     std::map<std::string, cv::Matx44d> poses;
     for (const auto& camera : result.at("cameras")) {
-      poses[camera.at("id").get<std::string>()] = poseFromRows(camera.at("baseFromCam"));
+      const auto id = camera.at("id").get<std::string>();
+      if (camera.at("baseFromCam").is_null())
+        throw ToolError("camera " + inQuotes(id) + " has no place, the run failed");
+      poses[id] = poseFromRows(camera.at("baseFromCam"));
     }
     return poses;
   } catch (const nlohmann::json::exception& error) {

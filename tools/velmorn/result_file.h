@@ -13,7 +13,14 @@
 namespace velmorn::tool {
 
 // The result as JSON text, one line per matrix row.
-std::string resultText(const Rig& rig, const StitchedRig& stitched);
+//
+// path   where the file will stand: the paths in it are relative to its folder
+// error  why the run failed; empty for one that did not
+std::string resultText(const Rig& rig, const StitchedRig& stitched,
+                       const std::string& path = "result.json", const std::string& error = "");
+
+// Where the findings of a failed run go: "result-failed.json" for "result.json".
+std::string failedResultPath(const std::string& path);
 
 // baseFromCam by camera id, from a result file. Throws ToolError that names the file.
 std::map<std::string, cv::Matx44d> readBaseFromCam(const std::string& path);

@@ -1,10 +1,14 @@
 // `velmorn stitch`: the cameras of a rig relative to its base camera.
 #include "velmorn/stitch_command.h"
 
+#include <filesystem>
 #include <iostream>
+#include <system_error>
 
 #include "velmorn/atomic_file.h"
 #include "velmorn/grey_image.h"
+#include "velmorn/half_turn.h"
+#include "velmorn/plain_shots.h"
 #include "velmorn/progress.h"
 #include "velmorn/result_file.h"
 #include "velmorn/result_table.h"
@@ -36,14 +40,6 @@ void reportImage(const ImageReport& image) {
                 image.detail.empty() ? outcomeText(image.outcome) : image.detail);
 }
 
-cv::Size firstImageSize(const RigCamera& camera) {
-  for (const std::string& path : camera.images) {
-    const cv::Mat grey = readGrey(path);
-    if (!grey.empty()) return grey.size();
-  }
-  return cv::Size();
-}
-
 // Intrinsics belong to one image size; with another the result is plausible and wrong.
 void warnAboutSizes(const Rig& rig) {
   for (const RigCamera& camera : rig.cameras) {
@@ -55,14 +51,40 @@ void warnAboutSizes(const Rig& rig) {
   }
 }
 
+// Findings of a run before this one must not be taken for this one's.
+void removeOldFindings(const std::string& output) {
+  std::error_code ignored;
+  std::filesystem::remove(failedResultPath(output), ignored);
+}
+
+[[noreturn]] void keepFindings(const Rig& rig, const StitchFailure& failure,
+                               const std::string& output) {
+  const std::string path = failedResultPath(output);
+  writeFileAtomically(path, resultText(rig, failure.found(), path, failure.what()));
+  throw ToolError(std::string(failure.what()) + "; velmorn check " + path + " says more");
+}
+
+StitchedRig stitchChecked(const Rig& rig) {
+  StitchedRig stitched = stitchRig(rig, reportImage);
+  requireSameFirstCorner(rig, stitched);
+  return stitched;
+}
+
 } // namespace
 
 void runStitch(const StitchOptions& options) {
   const Rig rig = readRig(options.rig);
   requireWritable(options.output);
+  removeOldFindings(options.output);
   warnAboutSizes(rig);
-  const StitchedRig stitched = stitchRig(rig, reportImage);
-  writeFileAtomically(options.output, resultText(rig, stitched));
+  if (const std::string warning = halfTurnWarning(rig); !warning.empty()) printWarning(warning);
+  StitchedRig stitched;
+  try {
+    stitched = stitchChecked(rig);
+  } catch (const StitchFailure& failure) {
+    keepFindings(rig, failure, options.output);
+  }
+  writeFileAtomically(options.output, resultText(rig, stitched, options.output));
   std::cout << resultTable(stitched);
 }
 

@@ -5,9 +5,11 @@
 #include <cmath>
 #include <iostream>
 #include <map>
+#include <utility>
 
 #include "velmorn/data_code_run.h"
 #include "velmorn/link_diagnosis.h"
+#include "velmorn/plain_shots.h"
 #include "velmorn/pose.h"
 #include "velmorn/stream_redirection.h"
 #include "velmorn/tool_error.h"
@@ -46,17 +48,45 @@ CameraPlace placeOf(const PlaceMap& places, const std::string& id) {
   return found->second;
 }
 
+StitchedCamera countImages(const std::string& id, const std::vector<ImageOutcome>& outcomes) {
+  StitchedCamera camera;
+  camera.id = id;
+  camera.imagesFound = static_cast<std::size_t>(
+      std::count(outcomes.begin(), outcomes.end(), ImageOutcome::kBoardFound));
+  camera.imagesTotal = outcomes.size();
+  return camera;
+}
+
+[[noreturn]] void fail(const Rig& rig, const StitchMessages& messages, int status) {
+  const std::string reason = failureReason(rig, messages, status);
+  if (unlinkedCameras(rig, messages).empty()) throw ToolError(reason);
+  const CornerMap corners = cornersAgain(rig, messages);
+  throw StitchFailure(reason, unlinkedRig(rig, messages.outcomes(),
+                                          describePlainShots(rig, messages.outcomes(), corners)));
+}
+
 } // namespace
+
+StitchFailure::StitchFailure(const std::string& reason, StitchedRig found)
+    : ToolError(reason), found_(std::make_shared<const StitchedRig>(std::move(found))) {}
+
+StitchedRig unlinkedRig(const Rig& rig, const OutcomeMap& outcomes, ShotMap shots) {
+  StitchedRig stitched;
+  for (const RigCamera& camera : rig.cameras) {
+    stitched.cameras.push_back(countImages(camera.id, outcomes.at(camera.id)));
+    stitched.cameras.back().isLinked = false;
+  }
+  stitched.shots = std::move(shots);
+  stitched.square = rig.square;
+  if (rig.base != kAutoBase) stitched.base = static_cast<std::size_t>(rig.base);
+  return stitched;
+}
 
 StitchedCamera startCamera(const std::string& id, const PlaceMap& places,
                            const OutcomeMap& outcomes) {
   const std::vector<ImageOutcome>& own = outcomes.at(id);
-  StitchedCamera camera;
-  camera.id = id;
+  StitchedCamera camera = countImages(id, own);
   camera.place = placeOf(places, id);
-  camera.imagesFound =
-      static_cast<std::size_t>(std::count(own.begin(), own.end(), ImageOutcome::kBoardFound));
-  camera.imagesTotal = own.size();
   const auto parent = outcomes.find(camera.place.parent);
   if (parent != outcomes.end())
     camera.imagesShared = static_cast<std::size_t>(sharedViews(own, parent->second));
@@ -80,10 +110,13 @@ StitchedRig stitchRig(const Rig& rig, const std::function<void(const ImageReport
   StitchMessages messages(imagesOf(rig), report);
   OzKStitchResult result{};
   const int status = callLibrary(rig, messages, result);
-  if (status != kOzkSuccess) throw ToolError(failureReason(rig, messages, status));
-  const PlaceMap places = findPlaces(rig, result, messages);
+  if (status != kOzkSuccess) fail(rig, messages, status);
+  const CornerMap corners = cornersAgain(rig, messages);
+  const PlaceMap places = findPlaces(rig, result, messages, corners);
 
   StitchedRig stitched;
+  stitched.square = rig.square;
+  stitched.shots = describePlainShots(rig, messages.outcomes(), corners);
   stitched.base = static_cast<std::size_t>(result.baseCamIdx);
   for (std::size_t i = 0; i < rig.cameras.size(); ++i) {
     StitchedCamera camera = startCamera(rig.cameras[i].id, places, messages.outcomes());
