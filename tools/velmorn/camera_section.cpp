@@ -33,21 +33,21 @@ std::string placeFacts(const CameraRecord& camera) {
          fact("Rotation", fixedText(rotationDegrees(*camera.baseFromCam), 3) + "°");
 }
 
-std::string lensFacts(const CameraRecord& camera) {
+std::string lensFacts(const std::string& folder, const CameraRecord& camera) {
   std::string html;
   if (camera.imageSize.area() > 0) html += fact("Images", sizeText(camera.imageSize) + " px");
   if (camera.intrinsics)
-    html += fact("Camera file", "<bdi>" + htmlText(camera.intrinsics->file) + "</bdi>");
+    html += fact("Camera file", "<bdi>" + htmlText(shownPath(folder, camera.intrinsics->file)) + "</bdi>");
   return html;
 }
 
-std::string facts(const CameraRecord& camera) {
+std::string facts(const std::string& folder, const CameraRecord& camera) {
   std::string html = "<dl class=\"facts\">\n" + linkFacts(camera) + placeFacts(camera);
   html += fact("Shots used", std::to_string(camera.imagesFound) + " of " +
                                  std::to_string(camera.imagesTotal));
   if (const std::optional<double> rms = reprojectionRms(camera))
     html += fact("Reprojection error", fixedText(*rms, 3) + " px");
-  return html + lensFacts(camera) + "</dl>\n";
+  return html + lensFacts(folder, camera) + "</dl>\n";
 }
 
 std::string chart(const std::string& svg, const std::string& caption) {
@@ -70,12 +70,12 @@ std::string charts(const CameraRecord& camera, double errorScale) {
          "</div>\n";
 }
 
-std::string refusals(const CameraRecord& camera) {
+std::string refusals(const std::string& folder, const CameraRecord& camera) {
   std::string items;
   for (std::size_t i = 0; i < camera.shots.size(); ++i) {
     const ShotRecord& shot = camera.shots[i];
     if (shot.found()) continue;
-    items += "<li>Shot " + std::to_string(i + 1) + ", <bdi>" + htmlText(shot.image) +
+    items += "<li>Shot " + std::to_string(i + 1) + ", <bdi>" + htmlText(shownPath(folder, shot.image)) +
              "</bdi>: " + htmlText(refusalText(shot)) + "</li>\n";
   }
   if (items.empty()) return "";
@@ -117,10 +117,10 @@ std::string picturesHtml(const CameraRecord& camera, const std::vector<ShotPictu
   return html + "</div>\n";
 }
 
-std::string shotsHtml(const CameraRecord& camera) {
+std::string shotsHtml(const StitchRecord& record, const CameraRecord& camera) {
   if (camera.shots.empty()) return "";
   return "<details class=\"shots\"><summary>Table of " + counted(camera.shots.size(), "shot") +
-         "</summary>\n<div class=\"scroll\">" + shotTable(camera) + "</div></details>\n";
+         "</summary>\n<div class=\"scroll\">" + shotTable(record, camera) + "</div></details>\n";
 }
 
 } // namespace
@@ -131,8 +131,8 @@ std::string cameraSection(const StitchRecord& record, std::size_t index,
   return "<section class=\"camera\" id=\"camera-" + std::to_string(index + 1) +
          "\">\n<h3><span class=\"swatch " + cameraClass(index) + "\"></span><bdi>" +
          htmlText(camera.id) + "</bdi>" +
-         (camera.isBase ? " <span class=\"tag\">base</span>" : "") + "</h3>\n" + facts(camera) +
-         charts(camera, errorScale) + refusals(camera) + shotsHtml(camera) +
+         (camera.isBase ? " <span class=\"tag\">base</span>" : "") + "</h3>\n" + facts(record.folder, camera) +
+         charts(camera, errorScale) + refusals(record.folder, camera) + shotsHtml(record, camera) +
          picturesHtml(camera, pictures) + "</section>\n";
 }
 

@@ -14,6 +14,7 @@
 #include "velmorn/extrinsic_arguments.h"
 #include "velmorn/intrinsics_command.h"
 #include "velmorn/plane_arguments.h"
+#include "velmorn/report_arguments.h"
 #include "velmorn/stitch_command.h"
 #include "velmorn/tool_error.h"
 
@@ -121,6 +122,7 @@ int runCommandLine(int argc, const char* const* argv) {
   FieldOptions field;
   PrintOptions print;
   CornersOptions corners;
+  ReportOptions report;
 
   CLI::App app(
       "Rigid transforms between cameras, and from cameras to planes and platforms; views from "
@@ -140,6 +142,7 @@ int runCommandLine(int argc, const char* const* argv) {
   addField(app, field);
   addBoard(app, print);
   addCorners(app, corners);
+  addReport(app, report);
   try {
     app.parse(argc, argv);
   } catch (const CLI::ParseError& error) {
@@ -157,6 +160,7 @@ int runCommandLine(int argc, const char* const* argv) {
     if (app.got_subcommand("field")) runField(field);
     if (app.got_subcommand("board")) runBoard(print);
     if (app.got_subcommand("corners")) runCorners(corners);
+    if (app.got_subcommand("report")) runReport(report);
   });
 }
 

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <filesystem>
 
 namespace velmorn::tool {
 namespace {
@@ -72,6 +73,10 @@ std::size_t shotsTotal(const StitchRecord& record) {
   std::size_t total = 0;
   for (const CameraRecord& camera : record.cameras) total += camera.imagesTotal;
   return total;
+}
+
+std::string shownPath(const std::string& folder, const std::string& path) {
+  return std::filesystem::path(path).lexically_proximate(folder).string();
 }
 
 std::string refusalText(const ShotRecord& shot) {

@@ -4,6 +4,7 @@
 
 #include <cstddef>
 #include <optional>
+#include <string>
 
 #include "velmorn/stitch_record.h"
 
@@ -23,6 +24,9 @@ std::optional<double> largestResidual(const StitchRecord& record);
 // Shots used, and all, of all cameras.
 std::size_t shotsUsed(const StitchRecord& record);
 std::size_t shotsTotal(const StitchRecord& record);
+
+// A path of the record as seen from the result file's folder, for people.
+std::string shownPath(const std::string& folder, const std::string& path);
 
 // Why a shot was not used, in words.
 std::string refusalText(const ShotRecord& shot);

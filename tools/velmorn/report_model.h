@@ -32,13 +32,9 @@ struct ReportModel {
   std::vector<ModelBoard> boards;   // as these cameras saw them
 };
 
-// Leaves out cameras without a place and boards whose place or size the record does not say.
-// Throws ToolError that names the camera for a baseFromCam that is no rigid transform.
+// Leaves out cameras without a place and boards whose size the record does not say. Throws
+// ToolError that names the camera for one too far away to be drawn.
 ReportModel reportModel(const StitchRecord& record);
-
-// The side of a data-code board's square, length unit: what the lines of sight through the corners
-// tell, at the median. Nothing without intrinsics, corners or a board in front of the camera.
-std::optional<double> measuredSquare(const CameraRecord& camera, const ShotRecord& shot);
 
 // The points that the model consists of, base frame; frusta count as their tips.
 std::vector<cv::Vec3d> modelPoints(const ReportModel& model);

@@ -66,13 +66,13 @@ std::string cameraRow(const CameraRecord& camera, std::size_t index) {
          placeCells(camera) + "</tr>\n";
 }
 
-std::string shotRow(const ShotRecord& shot, std::size_t index) {
+std::string shotRow(const std::string& folder, const ShotRecord& shot, std::size_t index) {
   const std::string outcome = shot.found() ? "used" : "refused: " + refusalText(shot);
   const std::optional<double> error =
       shot.found() ? std::optional(shot.reprojectionError) : std::nullopt;
   const std::string corners = shot.found() ? std::to_string(shot.corners.size()) : kNothing;
   return std::string(shot.found() ? "<tr>" : "<tr class=\"refused\">") + "<th scope=\"row\">" +
-         std::to_string(index + 1) + "</th><td><bdi>" + htmlText(shot.image) + "</bdi></td><td>" +
+         std::to_string(index + 1) + "</th><td><bdi>" + htmlText(shownPath(folder, shot.image)) + "</bdi></td><td>" +
          htmlText(outcome) + "</td>" + numberCell(corners) + numberCell(error, 3) + "</tr>\n";
 }
 
@@ -90,13 +90,14 @@ std::string cameraTable(const StitchRecord& record) {
   return html + "</tbody></table>\n";
 }
 
-std::string shotTable(const CameraRecord& camera) {
+std::string shotTable(const StitchRecord& record, const CameraRecord& camera) {
   if (camera.shots.empty()) return "";
   std::string html = "<table>\n<caption>The shots of <bdi>" + htmlText(camera.id) +
                      "</bdi></caption>\n" +
                      headRow({"Shot", "Image", "Outcome"}, {"Corners", "Reprojection error [px]"}) +
                      "<tbody>\n";
-  for (std::size_t i = 0; i < camera.shots.size(); ++i) html += shotRow(camera.shots[i], i);
+  for (std::size_t i = 0; i < camera.shots.size(); ++i) 
+    html += shotRow(record.folder, camera.shots[i], i);
   return html + "</tbody></table>\n";
 }
 

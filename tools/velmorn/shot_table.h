@@ -12,7 +12,7 @@ namespace velmorn::tool {
 std::string cameraTable(const StitchRecord& record);
 
 // One row per shot: whether it was used, or why not. Empty without shots.
-std::string shotTable(const CameraRecord& camera);
+std::string shotTable(const StitchRecord& record, const CameraRecord& camera);
 
 } // namespace velmorn::tool
 

@@ -9,7 +9,7 @@
 
 #include "velmorn/html_text.h"
 #include "velmorn/image_file.h"
-#include "velmorn/image_list.h"
+#include "velmorn/report_figures.h"
 
 namespace velmorn::tool {
 namespace {
@@ -69,13 +69,12 @@ class Pictures {
       : folder_(record.folder), left_(limits) {}
 
   ShotPicture take(const ShotRecord& shot) {
-    const std::string path = pathIn(folder_, shot.image);
     std::error_code error;
-    if (shot.image.empty()) return failed("the result file names no image");
-    if (!std::filesystem::is_regular_file(path, error)) return failed("missing: " + shot.image);
-    if (isFull_) return failed("left out, the report's pictures would be too large: " + shot.image);
-    const cv::Mat image = readImage(path, cv::IMREAD_COLOR);
-    if (image.empty()) return failed("not readable as an image: " + shot.image);
+    const std::string name = shownPath(folder_, shot.image);
+    if (!std::filesystem::is_regular_file(shot.image, error)) return failed("missing: " + name);
+    if (isFull_) return failed("left out, the report would grow too large: " + name);
+    const cv::Mat image = readImage(shot.image, cv::IMREAD_COLOR);
+    if (image.empty()) return failed("not readable: " + name);
     return pictureOf(image, shot);
   }
 
@@ -98,7 +97,7 @@ class Pictures {
     return picture;
   }
 
-  std::filesystem::path folder_;
+  std::string folder_;
   PictureLimits left_;
   bool isFull_ = false;
 };
