@@ -163,7 +163,7 @@
     const resize = () => {
       if (stage.clientWidth === 0 || window.matchMedia('print').matches) return;
       size.set(stage.clientWidth, stage.clientHeight);
-      stage.style.setProperty('aspect-ratio', size.x + ' / ' + size.y);
+      stage.style.setProperty('--shape', size.x + ' / ' + size.y); // for paper
       camera.aspect = size.x / size.y;
       camera.updateProjectionMatrix();
       renderer.setPixelRatio(window.devicePixelRatio);
