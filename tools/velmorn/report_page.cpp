@@ -73,8 +73,7 @@ std::string keyFigures(const StitchRecord& record) {
                     "of " + std::to_string(record.cameras.size())) +
          figureCard("Shots used", std::to_string(shotsUsed(record)),
                     "of " + std::to_string(shotsTotal(record))) +
-         figureCard("Largest residual", residual ? fixedText(*residual, 4) : "–",
-                    residual ? "length units" : "") +
+         figureCard("Largest residual", residual ? fixedText(*residual, 4) : "–", "") +
          figureCard("Reprojection error", rms ? fixedText(*rms, 3) : "–", rms ? "px" : "") +
          "</dl>\n";
 }

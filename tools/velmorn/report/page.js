@@ -46,8 +46,8 @@
     if (shots.length < 2) return;
     const choices = [['', 'all shots']].concat(shots.map((shot) => [shot, 'shot ' + shot]));
     addChoice(bar, 'Boards of', choices, (value) => {
-      for (const outline of boards.children)
-        outline.visible = value === '' || outline.userData.shot === Number(value);
+      for (const drawn of boards.children)
+        drawn.visible = value === '' || drawn.userData.shot === Number(value);
       view.render();
     });
   }
@@ -84,9 +84,9 @@
     });
     const views = document.createElement('div');
     views.className = 'views';
-    addButton(views, 'From above', () => view.lookFrom(report.looks.above));
-    addButton(views, 'From the side', () => view.lookFrom(report.looks.side));
-    addButton(views, 'Reset view', () => view.lookFrom(report.looks.start));
+    addButton(views, 'Top view', () => view.lookFrom(report.looks.above));
+    addButton(views, 'Side view', () => view.lookFrom(report.looks.side));
+    addButton(views, 'Reset', () => view.lookFrom(report.looks.start));
     bar.append(views);
   }
 
@@ -98,10 +98,30 @@
   }
 
   // Colours that depend on light, dark and paper.
-  function recolour(built, view) {
-    built.parts.grid.material.color.copy(report.styleColour('--grid'));
-    built.parts.links.material.color.copy(report.styleColour('--muted'));
-    view.render();
+  function recolour(built) {
+    built.parts.grid.material.color.copy(report.surfaceColour('grid'));
+    built.parts.links.material.color.copy(report.surfaceColour('muted'));
+  }
+
+  function followColours(built, view) {
+    window.matchMedia('(prefers-color-scheme: dark)').addEventListener('change', () => {
+      recolour(built);
+      view.render();
+    });
+  }
+
+  // The view goes to paper as it stands, in the paper's colours and shape.
+  function followPrinting(built, view) {
+    window.addEventListener('beforeprint', () => {
+      report.isOnPaper = true;
+      recolour(built);
+      view.fitPaper();
+    });
+    window.addEventListener('afterprint', () => {
+      report.isOnPaper = false;
+      recolour(built);
+      view.resize();
+    });
   }
 
   function showPicture() {
@@ -132,9 +152,8 @@
     byId('top-view').hidden = true;
     byId('view-help').textContent = kHelp;
     byId('view-help').hidden = false;
-    const again = () => recolour(built, view);
-    window.matchMedia('(prefers-color-scheme: dark)').addEventListener('change', again);
-    window.matchMedia('print').addEventListener('change', again);
+    followColours(built, view);
+    followPrinting(built, view);
     view.canvas.addEventListener('webglcontextlost', () => showProblem('the browser gave it up'));
     return 'shown';
   }

@@ -9,12 +9,19 @@
   const kAxisLength = 1.5;   // per depth of a frustum
   const kAxisRadius = 0.02;
   const kMostGridLines = 400;
+  const kNearBox = 0.05; // what is nearer to the rig's box belongs to the first look, of its diagonal
   const kNoCamera = 255;
 
   // A colour of the style sheet.
   report.styleColour = function (name) {
     const text = getComputedStyle(document.documentElement).getPropertyValue(name).trim();
     return new THREE.Color(text);
+  };
+
+  // The colour of "panel", "grid" or "muted", on the screen or on paper.
+  report.isOnPaper = false;
+  report.surfaceColour = function (name) {
+    return report.styleColour((report.isOnPaper ? '--on-paper-' : '--') + name);
   };
 
   report.cameraColour = function (number) { return report.styleColour('--camera-' + number); };
@@ -38,12 +45,10 @@
     return mesh;
   }
 
-  function lines(flat, colour, opacity) {
+  function lines(flat, colour) {
     const geometry = new THREE.BufferGeometry();
     geometry.setAttribute('position', new THREE.BufferAttribute(new Float32Array(flat), 3));
-    const material =
-        new THREE.LineBasicMaterial({color: colour, transparent: opacity < 1, opacity: opacity});
-    return new THREE.LineSegments(geometry, material);
+    return new THREE.LineSegments(geometry, new THREE.LineBasicMaterial({color: colour}));
   }
 
   function faces(tip, image, colour) {
@@ -62,6 +67,16 @@
   // Corners of the drawn image, in the camera's frame.
   function imageCorners(camera, depth) {
     return camera.corners.map(([x, y]) => new THREE.Vector3(x * depth, y * depth, depth));
+  }
+
+  // Flat on paper, seen through.
+  function sheet(outline, colour) {
+    const geometry = new THREE.BufferGeometry();
+    const flat = [0, 1, 2, 0, 2, 3].reduce((all, i) => all.concat(outline[i]), []);
+    geometry.setAttribute('position', new THREE.BufferAttribute(new Float32Array(flat), 3));
+    return new THREE.Mesh(geometry, new THREE.MeshBasicMaterial({
+      color: colour, transparent: true, opacity: 0.07, side: THREE.DoubleSide, depthWrite: false
+    }));
   }
 
   // A triangle over the image's upper edge says which way up the image is.
@@ -112,9 +127,11 @@
     for (const board of data.boards) {
       const flat = [];
       board.outline.forEach((corner, i) => flat.push(...corner, ...board.outline[(i + 1) % 4]));
-      const outline = lines(flat, report.cameraColour(board.colour), 0.75);
-      outline.userData.shot = board.shot;
-      group.add(outline);
+      const colour = report.cameraColour(board.colour);
+      const drawn = new THREE.Group();
+      drawn.add(lines(flat, colour), sheet(board.outline, colour));
+      drawn.userData.shot = board.shot;
+      group.add(drawn);
     }
     return group;
   }
@@ -127,7 +144,7 @@
       const parent = placed.get(camera.parent);
       if (parent) flat.push(...tip(camera), ...tip(parent));
     }
-    return lines(flat, report.styleColour('--muted'), 1);
+    return lines(flat, report.surfaceColour('muted'));
   }
 
   // In the view's frame, on the ground.
@@ -142,7 +159,7 @@
       flat.push(i * cell, y, from[1] * cell, i * cell, y, to[1] * cell);
     for (let i = from[1]; isDrawn && i <= to[1]; ++i)
       flat.push(from[0] * cell, y, i * cell, to[0] * cell, y, i * cell);
-    return lines(flat, report.styleColour('--grid'), 1);
+    return lines(flat, report.surfaceColour('grid'));
   }
 
   function bytesOf(base64) {
@@ -164,7 +181,7 @@
 
   function coloursByCamera(cloud, data) {
     const cameras = bytesOf(cloud.cameras);
-    const other = report.styleColour('--muted');
+    const other = report.surfaceColour('muted');
     const byIndex = new Map(
         data.cameras.map((camera) => [camera.index, report.cameraColour(camera.colour)]));
     const colours = new Float32Array(cloud.count * 3);
@@ -189,7 +206,7 @@
       size: 2, sizeAttenuation: false,
       vertexColors: hasColours ? THREE.VertexColors : THREE.NoColors
     });
-    if (!hasColours) material.color = report.styleColour('--muted');
+    if (!hasColours) material.color = report.surfaceColour('muted');
     const points = new THREE.Points(geometry, material);
     points.userData.attributes = attributes;
     if (hasColours) geometry.setAttribute('color', attributes.own || attributes.camera);
@@ -209,6 +226,7 @@
       for (const corner of board.outline) points.push(vector(corner).applyMatrix4(viewFromBase));
     if (!cloud) return points;
     const box = new THREE.Box3(vector(data.least), vector(data.most));
+    box.expandByScalar(kNearBox * box.getSize(new THREE.Vector3()).length());
     const all = cloud.geometry.getAttribute('position');
     const step = Math.max(1, Math.floor(all.count / 3000));
     for (let i = 0; i < all.count; i += step) {

@@ -12,6 +12,11 @@
   const kLeastPolar = 0.001;       // radians from straight above
   const kNameOffset = 10;          // pixels above the camera
 
+  // On paper; the style sheet has the same shape.
+  const kPaperWidth = 680;
+  const kPaperShape = 1.75;
+  const kPaperPixels = 2; // per pixel of the style sheet
+
   // Degrees around the upright axis from the view's z, and above the ground.
   report.looks = {
     start: {around: 28, above: 28},
@@ -149,7 +154,7 @@
     let isMoved = false;
 
     const render = () => {
-      renderer.setClearColor(report.styleColour('--panel'));
+      renderer.setClearColor(report.surfaceColour('panel'));
       renderer.render(built.scene, camera);
       placeNames(names.concat(axisNames), camera, size);
     };
@@ -160,16 +165,18 @@
       controls.update();
       render();
     };
-    const resize = () => {
-      if (stage.clientWidth === 0 || window.matchMedia('print').matches) return;
-      size.set(stage.clientWidth, stage.clientHeight);
-      stage.style.setProperty('--shape', size.x + ' / ' + size.y); // for paper
-      camera.aspect = size.x / size.y;
+    const setSize = (width, height) => {
+      size.set(width, height);
+      camera.aspect = width / height;
       camera.updateProjectionMatrix();
-      renderer.setPixelRatio(window.devicePixelRatio);
-      renderer.setSize(size.x, size.y, false);
+      renderer.setPixelRatio(report.isOnPaper ? kPaperPixels : window.devicePixelRatio);
+      renderer.setSize(width, height, false);
       if (isMoved) render();
       else lookFrom(look);
+    };
+    const resize = () => {
+      if (stage.clientWidth > 0 && !report.isOnPaper)
+        setSize(stage.clientWidth, stage.clientHeight);
     };
 
     // The page scrolls over the view until it is clicked or has the focus.
@@ -196,6 +203,8 @@
     resize();
 
     this.render = render;
+    this.resize = resize;
+    this.fitPaper = () => setSize(kPaperWidth, kPaperWidth / kPaperShape);
     this.lookFrom = lookFrom;
     this.canvas = canvas;
     this.showNames = (isShown) => names.forEach((name) => { name.element.hidden = !isShown; });
