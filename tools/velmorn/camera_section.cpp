@@ -112,7 +112,7 @@ std::string picturesHtml(const CameraRecord& camera, const std::vector<ShotPictu
   if (pictures.empty()) return "";
   std::string html =
       "<h4>Pictures</h4>\n<p class=\"remark\">The corners that were used; a ring is around the "
-      "first one. Click a picture for a larger one.</p>\n<div class=\"pictures\">\n";
+      "first one. <span class=\"on-screen\">Click a picture for a larger one.</span></p>\n<div class=\"pictures\">\n";
   for (std::size_t i = 0; i < pictures.size(); ++i) html += pictureHtml(camera, i, pictures[i]);
   return html + "</div>\n";
 }

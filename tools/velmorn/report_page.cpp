@@ -113,7 +113,7 @@ std::string rigSection(const ReportPage& page) {
          "this is the rig from above.</p></noscript>\n"
          "<p id=\"view-problem\" class=\"remark\" hidden></p>\n<figcaption>Cameras with their "
          "lines of sight, and the board as each of them saw it, in the base camera's frame. " +
-         page.cloudNote + "<span id=\"view-help\" hidden></span></figcaption>\n</figure>\n" +
+         page.cloudNote + "<span id=\"view-help\" class=\"on-screen\" hidden></span></figcaption>\n</figure>\n" +
          "</section>\n";
 }
 

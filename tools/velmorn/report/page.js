@@ -115,7 +115,7 @@
     window.addEventListener('beforeprint', () => {
       report.isOnPaper = true;
       recolour(built);
-      view.fitPaper();
+      view.drawPaper();
     });
     window.addEventListener('afterprint', () => {
       report.isOnPaper = false;

@@ -204,7 +204,16 @@
 
     this.render = render;
     this.resize = resize;
-    this.fitPaper = () => setSize(kPaperWidth, kPaperWidth / kPaperShape);
+    // What WebGL draws while a page is printed comes too late for it; a copy does not.
+    const paper = document.createElement('canvas');
+    paper.className = 'on-paper';
+    stage.appendChild(paper);
+    this.drawPaper = () => {
+      setSize(kPaperWidth, kPaperWidth / kPaperShape);
+      paper.width = canvas.width;
+      paper.height = canvas.height;
+      paper.getContext('2d').drawImage(canvas, 0, 0);
+    };
     this.lookFrom = lookFrom;
     this.canvas = canvas;
     this.showNames = (isShown) => names.forEach((name) => { name.element.hidden = !isShown; });
