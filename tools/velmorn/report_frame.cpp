@@ -74,6 +74,14 @@ void includeCloud(ReportFrame& frame, const ColouredCloud& cloud) {
   includePoint(frame, most);
 }
 
+// What is drawn of the cameras' images reaches farther than their tips.
+void includeFrusta(ReportFrame& frame, const ReportModel& model) {
+  for (const ModelCamera& camera : model.cameras) {
+    for (const cv::Point2d& corner : camera.corners)
+      includePoint(frame, inView(frame, imagePlace(camera, corner, frame.frustumDepth)));
+  }
+}
+
 double leastDistance(const ReportModel& model) {
   double least = std::numeric_limits<double>::infinity();
   for (std::size_t i = 0; i < model.cameras.size(); ++i) {
@@ -108,6 +116,7 @@ ReportFrame reportFrame(const ReportModel& model, const ColouredCloud& cloud) {
       std::max(kLeastFrustumOfDiagonal * diagonal,
                std::min(kFrustumOfDiagonal * diagonal, kFrustumOfDistance * leastDistance(model)));
   frame.cell = roundNumberAtLeast(diagonal / kCellsAcross);
+  includeFrusta(frame, model);
   return frame;
 }
 

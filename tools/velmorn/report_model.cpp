@@ -118,6 +118,11 @@ ReportModel reportModel(const StitchRecord& record) {
   return model;
 }
 
+cv::Vec3d imagePlace(const ModelCamera& camera, const cv::Point2d& ray, double depth) {
+  const cv::Vec4d place = camera.baseFromCam * cv::Vec4d(ray.x * depth, ray.y * depth, depth, 1);
+  return {place[0], place[1], place[2]};
+}
+
 std::vector<cv::Vec3d> modelPoints(const ReportModel& model) {
   std::vector<cv::Vec3d> points;
   for (const ModelCamera& camera : model.cameras) {

@@ -36,7 +36,12 @@ struct ReportModel {
 // ToolError that names the camera for one too far away to be drawn.
 ReportModel reportModel(const StitchRecord& record);
 
-// The points that the model consists of, base frame; frusta count as their tips.
+// Where a place of the image is drawn, base frame: at so much depth in front of the camera.
+//
+// ray  x/z and y/z
+cv::Vec3d imagePlace(const ModelCamera& camera, const cv::Point2d& ray, double depth);
+
+// The points that the model consists of, base frame; cameras count as their tips.
 std::vector<cv::Vec3d> modelPoints(const ReportModel& model);
 
 } // namespace velmorn::tool

@@ -16,6 +16,7 @@ namespace {
 
 constexpr double kWidth = 760; // of the drawing, at most
 constexpr double kHeight = 460;
+constexpr double kMargin = 0.4;    // around everything, in depths of a frustum
 constexpr double kMostCells = 100; // along one side
 constexpr std::size_t kMostCharacters = 24;
 constexpr double kLineHeight = 16;
@@ -28,7 +29,7 @@ std::string at(const cv::Point2d& place) { return number(place.x) + " " + number
 class Sheet {
  public:
   explicit Sheet(const ReportFrame& frame) : frame_(frame) {
-    const double margin = frame.frustumDepth;
+    const double margin = kMargin * frame.frustumDepth;
     least_ = {frame.least[0] - margin, frame.least[2] - margin};
     most_ = {frame.most[0] + margin, frame.most[2] + margin};
     scale_ = std::min(kWidth / (most_.x - least_.x), kHeight / (most_.y - least_.y));
@@ -58,12 +59,6 @@ class Sheet {
   double scale_ = 1;
 };
 
-cv::Vec3d tipOffset(const ModelCamera& camera, const cv::Point2d& corner, double depth) {
-  const cv::Vec4d place =
-      camera.baseFromCam * cv::Vec4d(corner.x * depth, corner.y * depth, depth, 1);
-  return {place[0], place[1], place[2]};
-}
-
 std::string outline(const std::vector<cv::Point2d>& places) {
   std::string path;
   for (const cv::Point2d& place : places) path += (path.empty() ? "M" : "L") + at(place);
@@ -82,7 +77,7 @@ std::string cameraSvg(const Sheet& sheet, const ModelCamera& camera, double dept
   std::vector<cv::Point2d> image;
   std::string edges;
   for (const cv::Point2d& corner : camera.corners) {
-    image.push_back(sheet.place(tipOffset(camera, corner, depth)));
+    image.push_back(sheet.place(imagePlace(camera, corner, depth)));
     edges += "M" + at(tip) + "L" + at(image.back());
   }
   return "<path class=\"frustum " + cameraClass(camera.camera) + "\" d=\"" + outline(image) + edges +
