@@ -10,6 +10,7 @@
 #include "velmorn/arguments.h"
 #include "velmorn/board.h"
 #include "velmorn/board_arguments.h"
+#include "velmorn/check_command.h"
 #include "velmorn/depth_arguments.h"
 #include "velmorn/extrinsic_arguments.h"
 #include "velmorn/intrinsics_command.h"
@@ -45,6 +46,14 @@ constexpr const char* kStitchExample =
     "One number of a plain board should be odd, one even: others look the same after half a turn.\n"
     "Paths in the file are relative to it. Image j of every camera shows the same board position.\n"
     "velmorn.log and, with save_corner_images, chessImgs/ come into the working directory.";
+
+constexpr const char* kCheckExample =
+    "Example:\n"
+    "  velmorn check result.json\n"
+    "\n"
+    "Exit status 0: the result can be used; 3: it is not to be trusted. When the run failed, what "
+    "it\n"
+    "found (result-failed.json) is checked.";
 
 // Nothing on the standard error but the tool's own lines: its messages say what OpenCV's would.
 void silenceOpenCv() {
@@ -84,18 +93,26 @@ void addStitch(CLI::App& app, StitchOptions& options) {
   command.footer(kStitchExample);
 }
 
+void addCheck(CLI::App& app, CheckOptions& options) {
+  CLI::App& command = *app.add_subcommand(
+      "check", "Say whether a calibration is good enough, and what to do if it is not");
+  command.add_option("results", options.results, "Result files that velmorn stitch wrote")
+      ->required();
+  command.footer(kCheckExample);
+}
+
 int reportFailure(const std::string& reason) {
   std::cerr << "velmorn: " << oneLine(reason) << std::endl;
   return kExitFailed;
 }
 
-// Runs a command; whatever stops it becomes one line.
+// Runs a command, which gives the exit status; whatever stops it becomes one line.
 template <typename Command>
 int runCommand(Command&& command) {
   try {
-    command();
+    const int status = command();
     std::cout.flush();
-    return std::cout ? kExitSuccess : reportFailure("cannot write to the standard output");
+    return std::cout ? status : reportFailure("cannot write to the standard output");
   } catch (const ToolError& error) {
     return reportFailure(error.what());
   } catch (const cv::Exception& error) {
@@ -113,6 +130,7 @@ int runCommandLine(int argc, const char* const* argv) {
   double square = 0;
   IntrinsicsOptions intrinsics;
   StitchOptions stitch;
+  CheckOptions check;
   PlaneOptions plane;
   PlatformOptions platform;
   ExtrinsicOptions extrinsic;
@@ -133,6 +151,7 @@ int runCommandLine(int argc, const char* const* argv) {
   app.require_subcommand(1);
   addIntrinsics(app, board, square, intrinsics);
   addStitch(app, stitch);
+  addCheck(app, check);
   addPlane(app, plane);
   addPlatform(app, platform);
   addExtrinsic(app, extrinsic);
@@ -151,6 +170,7 @@ int runCommandLine(int argc, const char* const* argv) {
   return runCommand([&] {
     if (app.got_subcommand("intrinsics")) runIntrinsics(intrinsics);
     if (app.got_subcommand("stitch")) runStitch(stitch);
+    if (app.got_subcommand("check") && !runCheck(check)) return kExitNotTrusted;
     if (app.got_subcommand("plane")) runPlane(plane);
     if (app.got_subcommand("platform")) runPlatform(platform);
     if (app.got_subcommand("extrinsic")) runExtrinsic(extrinsic);
@@ -161,6 +181,7 @@ int runCommandLine(int argc, const char* const* argv) {
     if (app.got_subcommand("board")) runBoard(print);
     if (app.got_subcommand("corners")) runCorners(corners);
     if (app.got_subcommand("report")) runReport(report);
+    return kExitSuccess;
   });
 }
 

@@ -6,8 +6,9 @@ namespace velmorn::tool {
 
 // Exit statuses.
 constexpr int kExitSuccess = 0;
-constexpr int kExitFailed = 1; // the run failed; the last line on the standard error says why
-constexpr int kExitUsage = 2;  // the command line is wrong
+constexpr int kExitFailed = 1;     // the run failed; the last line on the standard error says why
+constexpr int kExitUsage = 2;      // the command line is wrong
+constexpr int kExitNotTrusted = 3; // the check did not trust a result
 
 // Runs the command that the arguments ask for and returns the exit status.
 int runCommandLine(int argc, const char* const* argv);

@@ -12,8 +12,8 @@ namespace velmorn::tool {
 constexpr int kCoverageCells = 32;
 
 struct Coverage {
-  cv::Mat shots;        // CV_32SC1: number of shots that cover the cell; empty without an image size
-  double percent = 0;   // cells that at least one shot covers
+  cv::Mat shots;      // CV_32SC1: number of shots that cover the cell; empty without an image size
+  double percent = 0; // cells that at least one shot covers
   std::size_t used = 0; // shots that were looked at
 };
 
