@@ -46,9 +46,12 @@ TEST_F(ColouredCloudFile, NeedsNeither) {
 }
 
 TEST_F(ColouredCloudFile, TakesNoOtherTypesForColours) {
-  const ColouredCloud cloud =
-      read(with(with(kMerged, "uchar camera", "int camera"), "uchar red", "float red"));
+  std::string text = with(kMerged, "uchar camera", "int camera");
+  for (const char* name : {" red", " green", " blue"})
+    text = with(text, std::string("uchar") + name, std::string("float") + name);
+  const ColouredCloud cloud = read(text);
   EXPECT_EQ(cloud.points.size(), 2U);
+  EXPECT_TRUE(cloud.colours.empty());
   EXPECT_TRUE(cloud.cameras.empty());
 }
 

@@ -17,8 +17,10 @@ ordered_json dataOf(const StitchRecord& record, const ColouredCloud& cloud) {
 
 ColouredCloud cloudOfTwo() {
   ColouredCloud cloud;
-  cloud.points = {{1, 2, 3}, {1, 4, 3 + 65535}};
-  cloud.colours = {{255, 0, 1}, {2, 3, 4}};
+  cloud.points.emplace_back(1.F, 2.F, 3.F);
+  cloud.points.emplace_back(1.F, 4.F, 3.F + 65535);
+  cloud.colours.emplace_back(uchar{255}, uchar{0}, uchar{1});
+  cloud.colours.emplace_back(uchar{2}, uchar{3}, uchar{4});
   cloud.cameras = {1, 7};
   cloud.cameraIds = {"other", "right"};
   cloud.read = 2;
