@@ -24,18 +24,20 @@ StitchRecord recordWithShots() {
 
 TEST(CameraSection, HasFactsChartsAndRefusals) {
   const StitchRecord record = recordWithShots();
-  EXPECT_THAT(cameraSection(record, 1, {}, 0.5),
-              AllOf(HasSubstr("<section class=\"camera\" id=\"camera-2\">"),
-                    HasSubstr("<dd><bdi>left</bdi>, 1 shared shot</dd>"), HasSubstr("<dd>0.2500</dd>"),
-                    HasSubstr("<dd>300.000</dd>"), HasSubstr("<dd>640x480 px</dd>"),
-                    HasSubstr("<svg class=\"bars\""), HasSubstr("<svg class=\"coverage\""),
-                    HasSubstr("<li>Shot 2, <bdi>refused.png</bdi>: the image could not be loaded</li>"),
-                    HasSubstr("<summary>Table of 2 shots</summary>")));
+  EXPECT_THAT(
+      cameraSection(record, 1, {}, 0.5),
+      AllOf(HasSubstr("<section class=\"camera\" id=\"camera-2\">"),
+            HasSubstr("<dd><bdi>left</bdi>, 1 shared shot</dd>"), HasSubstr("<dd>0.2500</dd>"),
+            HasSubstr("<dd>300.000</dd>"), HasSubstr("<dd>640x480 px</dd>"),
+            HasSubstr("<svg class=\"bars\""), HasSubstr("<svg class=\"coverage\""),
+            HasSubstr("<li>Shot 2, <bdi>refused.png</bdi>: the image could not be loaded</li>"),
+            HasSubstr("<summary>Table of 2 shots</summary>")));
 }
 
 TEST(CameraSection, ShowsPicturesOrSaysWhyNot) {
   const StitchRecord record = recordWithShots();
-  const std::vector<ShotPicture> pictures = {{"c21hbGw=", "bGFyZ2U=", ""}, {"", "", "missing: <x>"}};
+  const std::vector<ShotPicture> pictures = {{"c21hbGw=", "bGFyZ2U=", ""},
+                                             {"", "", "missing: <x>"}};
   EXPECT_THAT(
       cameraSection(record, 1, pictures, 0.5),
       AllOf(HasSubstr("<details class=\"picture\"><summary><img class=\"small\" "

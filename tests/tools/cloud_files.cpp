@@ -71,10 +71,9 @@ std::string xyzText(const Points& points) {
 std::string plyText(const Points& points, PlyForm form) {
   const char* const names[] = {"ascii", "binary_little_endian", "binary_big_endian"};
   std::ostringstream text = exactStream();
-  text
-      << plyHead(points, names[static_cast<int>(form)], "float")
-      << "property uchar red\nproperty uchar green\nproperty uchar blue\nelement face 1\n"
-      << "property list uchar int vertex_indices\nend_header\n";
+  text << plyHead(points, names[static_cast<int>(form)], "float")
+       << "property uchar red\nproperty uchar green\nproperty uchar blue\nelement face 1\n"
+       << "property list uchar int vertex_indices\nend_header\n";
   const bool big = form == PlyForm::kBigEndian;
   for (const tagOzKPoint3Df32& p : points) {
     if (form == PlyForm::kText) text << p.x << ' ' << p.y << ' ' << p.z << " 200 100 50\n";

@@ -26,7 +26,8 @@ TEST(CoverageSvg, DrawsRowsOfCellsAndCorners) {
       coverageSvg(camera, coverageOf(camera)),
       AllOf(HasSubstr("the board was seen: 50 % of the image\""),
             HasSubstr("viewBox=\"0 0 320.0 240.0\""),
-            HasSubstr("<rect class=\"shade-1\" x=\"0.0\" y=\"230.0\" width=\"160.0\" height=\"10.0\"/>"),
+            HasSubstr(
+                "<rect class=\"shade-1\" x=\"0.0\" y=\"230.0\" width=\"160.0\" height=\"10.0\"/>"),
             HasSubstr("d=\"M0.0 0.0h0M160.0 0.0h0M160.0 240.0h0M0.0 240.0h0\"")));
 }
 

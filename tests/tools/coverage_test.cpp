@@ -10,7 +10,9 @@ namespace {
 
 // Corners of a rectangle by its outer edges, in pixels from the image's outer corner.
 std::vector<cv::Point2d> rectangle(double left, double top, double right, double bottom) {
-  return {{left - 0.5, top - 0.5}, {right - 0.5, top - 0.5}, {left - 0.5, bottom - 0.5},
+  return {{left - 0.5, top - 0.5},
+          {right - 0.5, top - 0.5},
+          {left - 0.5, bottom - 0.5},
           {right - 0.5, bottom - 0.5}};
 }
 
@@ -23,8 +25,9 @@ CameraRecord camera(cv::Size size, const std::vector<ShotRecord>& shots) {
 
 TEST(Coverage, IsTheSharedAreaOfAllHulls) {
   // The left half, and the lower quarter: 1/2 + 1/8.
-  const Coverage coverage = coverageOf(camera(
-      {640, 480}, {usedShot(1, rectangle(0, 0, 320, 480)), usedShot(1, rectangle(0, 360, 640, 480))}));
+  const Coverage coverage =
+      coverageOf(camera({640, 480}, {usedShot(1, rectangle(0, 0, 320, 480)),
+                                     usedShot(1, rectangle(0, 360, 640, 480))}));
   EXPECT_EQ(coverage.shots.size(), cv::Size(32, 24));
   EXPECT_DOUBLE_EQ(coverage.percent, 62.5);
   EXPECT_EQ(coverage.used, 2U);

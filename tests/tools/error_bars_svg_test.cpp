@@ -53,9 +53,8 @@ TEST(ErrorBarsSvg, NumbersAsManyShotsAsHaveRoom) {
   CameraRecord many = camera();
   many.shots.assign(100, usedShot(0.1, {}));
   // 4.6 wide each: every fifth one.
-  EXPECT_THAT(errorBarsSvg(many, 0.5),
-              AllOf(HasSubstr(">1</text>"), HasSubstr(">6</text>"), HasSubstr(">96</text>"),
-                    Not(HasSubstr(">2</text>"))));
+  EXPECT_THAT(errorBarsSvg(many, 0.5), AllOf(HasSubstr(">1</text>"), HasSubstr(">6</text>"),
+                                             HasSubstr(">96</text>"), Not(HasSubstr(">2</text>"))));
 }
 
 TEST(ErrorBarsSvg, IsEmptyWithoutShots) {

@@ -68,9 +68,11 @@ TEST_F(PlyHeader, RefusesColoursInAnotherOrder) {
   for (const std::string& colours :
        {red, green, blue, alpha, red + green, green + blue, blue + green + red, red + blue + green,
         red + green + alpha, red + red + green + blue, red + green + blue + blue,
-        red + "property float w\n" + green + blue, with(red + green + blue, "uchar red", "float red")})
+        red + "property float w\n" + green + blue,
+        with(red + green + blue, "uchar red", "float red")})
     EXPECT_EQ(checkColours(colours), refusal) << colours;
-  EXPECT_EQ(checkColours(with(red + green + blue, "uchar green", "list uchar uchar green")), refusal);
+  EXPECT_EQ(checkColours(with(red + green + blue, "uchar green", "list uchar uchar green")),
+            refusal);
   for (const std::string& colours :
        {std::string(), red + green + blue, red + green + blue + alpha,
         std::string("property float red\n"),

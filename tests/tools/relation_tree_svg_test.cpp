@@ -38,8 +38,9 @@ TEST(RelationTreeSvg, DrawsTheLinkFromBoxToBox) {
 TEST(RelationTreeSvg, ShowsCamerasWithoutALink) {
   StitchRecord record = twoCameraRecord();
   record.cameras[1] = unlinkedCamera("lost");
-  EXPECT_THAT(relationTreeSvg(record), AllOf(HasSubstr("box unlinked"), HasSubstr(">lost<"),
-                                             HasSubstr(">not linked<"), Not(HasSubstr("residual"))));
+  EXPECT_THAT(relationTreeSvg(record),
+              AllOf(HasSubstr("box unlinked"), HasSubstr(">lost<"), HasSubstr(">not linked<"),
+                    Not(HasSubstr("residual"))));
 }
 
 TEST(RelationTreeSvg, KeepsIdsAsText) {

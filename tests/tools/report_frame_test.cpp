@@ -26,20 +26,20 @@ cv::Vec3d upOf(const std::vector<CameraRecord>& cameras) {
 }
 
 TEST(ReportFrame, HasUpAgainstTheMeanLineOfSight) {
-  EXPECT_LT(cv::norm(upOf({cameraAt("a", "", {}), cameraAt("b", "a", {9, 9, 9})}) -
-                     cv::Vec3d(0, 0, -1)),
-            1e-12);
+  EXPECT_LT(
+      cv::norm(upOf({cameraAt("a", "", {}), cameraAt("b", "a", {9, 9, 9})}) - cv::Vec3d(0, 0, -1)),
+      1e-12);
   const double half = std::sqrt(0.5);
-  EXPECT_LT(cv::norm(upOf({lookingTo("a", "", 0), lookingTo("b", "a", 90)}) -
-                     cv::Vec3d(-half, 0, -half)),
-            1e-12);
+  EXPECT_LT(
+      cv::norm(upOf({lookingTo("a", "", 0), lookingTo("b", "a", 90)}) - cv::Vec3d(-half, 0, -half)),
+      1e-12);
 }
 
 TEST(ReportFrame, HasUpAgainstTheImagesWhereCamerasStandAround) {
-  EXPECT_LT(cv::norm(upOf({lookingTo("a", "", 0), lookingTo("b", "a", 120),
-                           lookingTo("c", "a", 240)}) -
-                     cv::Vec3d(0, -1, 0)),
-            1e-12);
+  EXPECT_LT(
+      cv::norm(upOf({lookingTo("a", "", 0), lookingTo("b", "a", 120), lookingTo("c", "a", 240)}) -
+               cv::Vec3d(0, -1, 0)),
+      1e-12);
 }
 
 TEST(ReportFrame, HasAnUpForAnyCameras) {

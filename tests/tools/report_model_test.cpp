@@ -38,9 +38,8 @@ TEST(ReportModel, TakesTheImagesCornersFromTheIntrinsics) {
   record.cameras[0].intrinsics = lens;
   record.cameras[0].imageSize = {200, 80};
   const ReportModel model = reportModel(record);
-  EXPECT_THAT(model.cameras[0].corners,
-              ElementsAre(cv::Point2d(-0.5, -0.2), cv::Point2d(1.5, -0.2), cv::Point2d(1.5, 0.2),
-                          cv::Point2d(-0.5, 0.2)));
+  EXPECT_THAT(model.cameras[0].corners, ElementsAre(cv::Point2d(-0.5, -0.2), cv::Point2d(1.5, -0.2),
+                                                    cv::Point2d(1.5, 0.2), cv::Point2d(-0.5, 0.2)));
   EXPECT_EQ(model.cameras[1].corners[0], cv::Point2d(-0.577, -0.433)); // a usual lens
 }
 
@@ -65,8 +64,8 @@ TEST(ReportModel, OutlinesAPlainBoardAroundItsOuterSquares) {
   EXPECT_EQ(model.boards[0].camera, 1U);
   EXPECT_EQ(model.boards[0].shot, 1U);
   EXPECT_THAT(model.boards[0].outline,
-              ElementsAre(cv::Vec3d(291, -8, 500), cv::Vec3d(331, -8, 500),
-                          cv::Vec3d(331, 42, 500), cv::Vec3d(291, 42, 500)));
+              ElementsAre(cv::Vec3d(291, -8, 500), cv::Vec3d(331, -8, 500), cv::Vec3d(331, 42, 500),
+                          cv::Vec3d(291, 42, 500)));
 }
 
 TEST(ReportModel, OutlinesThePartOfADataCodeBoardThatIsSeen) {

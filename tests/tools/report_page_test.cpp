@@ -36,12 +36,13 @@ std::string shown(const std::string& html) { return html.substr(0, html.find("<s
 TEST(ReportPage, HasEverythingInItsPlace) {
   const StitchRecord record = twoCameraRecord();
   const std::string html = reportHtml(record, pageOf(record));
-  EXPECT_THAT(shown(html), AllOf(HasSubstr("<html lang=\"en\">"), HasSubstr("<title>Line 4 &amp; 5</title>"),
-                          HasSubstr("<h1>Line 4 &amp; 5</h1>"), HasSubstr("<svg class=\"top-view\">"),
-                          HasSubstr("<noscript>"), HasSubstr("<svg class=\"tree\""),
-                          HasSubstr("id=\"camera-2\""), HasSubstr("board 3x4, square 10"),
-                          HasSubstr("base <bdi>left</bdi>"), HasSubstr("Permission is hereby granted"),
-                          Not(HasSubstr("id=\"aerial\"")), Not(HasSubstr("The run failed"))));
+  EXPECT_THAT(shown(html),
+              AllOf(HasSubstr("<html lang=\"en\">"), HasSubstr("<title>Line 4 &amp; 5</title>"),
+                    HasSubstr("<h1>Line 4 &amp; 5</h1>"), HasSubstr("<svg class=\"top-view\">"),
+                    HasSubstr("<noscript>"), HasSubstr("<svg class=\"tree\""),
+                    HasSubstr("id=\"camera-2\""), HasSubstr("board 3x4, square 10"),
+                    HasSubstr("base <bdi>left</bdi>"), HasSubstr("Permission is hereby granted"),
+                    Not(HasSubstr("id=\"aerial\"")), Not(HasSubstr("The run failed"))));
   EXPECT_EQ(count(html, "<script"), 6U);
 }
 
@@ -63,9 +64,10 @@ TEST(ReportPage, SaysThatARunFailed) {
   record.cameras = {unlinkedCamera("left"), unlinkedCamera("right")};
   ReportPage page = pageOf(record);
   page.topView = "";
-  EXPECT_THAT(shown(reportHtml(record, page)),
-              AllOf(HasSubstr("camera &lt;left&gt; could not be linked"), HasSubstr("no base"),
-                    HasSubstr("No camera has a place"), HasSubstr("board with data codes, square 10")));
+  EXPECT_THAT(
+      shown(reportHtml(record, page)),
+      AllOf(HasSubstr("camera &lt;left&gt; could not be linked"), HasSubstr("no base"),
+            HasSubstr("No camera has a place"), HasSubstr("board with data codes, square 10")));
 }
 
 TEST(ReportPage, KeepsTextFromOutsideAsText) {
@@ -84,7 +86,7 @@ TEST(ReportPage, AllowsItsOwnScriptsAlone) {
   const StitchRecord record = twoCameraRecord();
   const std::string html = reportHtml(record, pageOf(record));
   EXPECT_THAT(shown(html), AllOf(HasSubstr("default-src 'none'"), Not(HasSubstr("unsafe-")),
-                          Not(HasSubstr("https:; "))));
+                                 Not(HasSubstr("https:; "))));
   EXPECT_EQ(count(html, "'sha256-"), 6U);
 }
 

@@ -47,8 +47,7 @@ TEST_F(ReportProcess, WritesOnePage) {
   const ProcessResult result = run({"result.json", "-o", "page.html", "--cloud", "merged.ply",
                                     "--aerial", "aerial.png", "--title", "Line 4"});
   EXPECT_EQ(result.status, 0) << result.err;
-  EXPECT_EQ(result.out,
-            "cameras     4 of 4 with a place\npictures    24\nwritten to  page.html\n");
+  EXPECT_EQ(result.out, "cameras     4 of 4 with a place\npictures    24\nwritten to  page.html\n");
   EXPECT_THAT(result.err, AllOf(StartsWith("[ 1/24] cam1 cam1-1.png: picture taken in\n"),
                                 EndsWith("[24/24] cam4 cam4-6.png: picture taken in\n")));
   EXPECT_THAT(readFile("page.html"),
@@ -82,21 +81,21 @@ TEST_F(ReportProcess, TakesFilesWithoutShots) {
 
 TEST_F(ReportProcess, ShowsARunThatFailed) {
   result_["error"] = "camera \"cam4\" could not be linked";
-  for (const char* key : {"baseFromCam", "parent", "residual"}) result_["cameras"][3][key] = nullptr;
+  for (const char* key : {"baseFromCam", "parent", "residual"})
+    result_["cameras"][3][key] = nullptr;
   writeFile("result-failed.json", result_.dump());
   const ProcessResult result = run({"result-failed.json"});
   EXPECT_EQ(result.status, 0);
   EXPECT_THAT(result.out, StartsWith("cameras     3 of 4 with a place\n"));
-  EXPECT_THAT(readFile("report.html"),
-              AllOf(HasSubstr("camera &quot;cam4&quot; could not be linked"),
-                    HasSubstr(">not linked<")));
+  EXPECT_THAT(
+      readFile("report.html"),
+      AllOf(HasSubstr("camera &quot;cam4&quot; could not be linked"), HasSubstr(">not linked<")));
 }
 
 TEST_F(ReportProcess, ThinsALargeCloud) {
   writeFile("merged.ply", reportCloud(rig_, 280)); // 313600 points
   EXPECT_EQ(run({"result.json", "--cloud", "merged.ply"}).status, 0);
-  EXPECT_THAT(readFile("report.html"),
-              HasSubstr("has 313600 points, of which 300000 are shown."));
+  EXPECT_THAT(readFile("report.html"), HasSubstr("has 313600 points, of which 300000 are shown."));
 }
 
 TEST_F(ReportProcess, SaysWhatIsWrongWithTheInputs) {

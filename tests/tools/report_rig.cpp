@@ -23,8 +23,8 @@ constexpr double kCornerNoise = 0.15; // pixels
 constexpr int kRefusedCamera = 1;
 constexpr int kRefusedShot = 2;
 
-constexpr double kTableDepth = 90;  // behind the board, world
-constexpr double kTableSide = 520;  // length units
+constexpr double kTableDepth = 90; // behind the board, world
+constexpr double kTableSide = 520; // length units
 constexpr double kBlockSide = 140;
 constexpr double kBlockHeight = 70;
 
@@ -132,14 +132,13 @@ SyntheticRig reportRig() {
 
 json reportResult(const SyntheticRig& rig) {
   const CornerMap found = rig.cornerMap(kCornerNoise);
-  json result = {{"libraryVersion", VELMORN64_VERSION},
-                 {"board",
-                  {{"columns", rig.board.width},
-                   {"rows", rig.board.height},
-                   {"square", rig.board.square}}},
-                 {"minImages", 3},
-                 {"base", rig.ids[0]},
-                 {"cameras", json::array()}};
+  json result = {
+      {"libraryVersion", VELMORN64_VERSION},
+      {"board",
+       {{"columns", rig.board.width}, {"rows", rig.board.height}, {"square", rig.board.square}}},
+      {"minImages", 3},
+      {"base", rig.ids[0]},
+      {"cameras", json::array()}};
   for (int camera = 0; camera < kCameras; ++camera)
     result["cameras"].push_back(cameraJson(rig, found, camera));
   return result;

@@ -20,12 +20,13 @@ TEST(CameraTable, HasTheNumbersOfTheResult) {
   right.imagesShared = 11;
   right.imagesFound = 12;
   right.imagesTotal = 14;
-  const std::string row = "<td><bdi>left</bdi></td><td class=\"number\">11</td>"
-                          "<td class=\"number\">0.2500</td><td class=\"number\">12 / 14</td>"
-                          "<td class=\"number\">–</td><td class=\"number\">–</td>"
-                          "<td class=\"number\">90.000</td><td class=\"number\">3.000</td>"
-                          "<td class=\"number\">4.000</td><td class=\"number\">12.000</td>"
-                          "<td class=\"number\">13.000</td></tr>";
+  const std::string row =
+      "<td><bdi>left</bdi></td><td class=\"number\">11</td>"
+      "<td class=\"number\">0.2500</td><td class=\"number\">12 / 14</td>"
+      "<td class=\"number\">–</td><td class=\"number\">–</td>"
+      "<td class=\"number\">90.000</td><td class=\"number\">3.000</td>"
+      "<td class=\"number\">4.000</td><td class=\"number\">12.000</td>"
+      "<td class=\"number\">13.000</td></tr>";
   EXPECT_THAT(cameraTable(record),
               AllOf(HasSubstr(row), HasSubstr("<td>(base)</td>"), HasSubstr("<caption>"),
                     HasSubstr("<a href=\"#camera-2\">")));

@@ -27,7 +27,8 @@ class Thumbnails : public TempDirTest {
   }
 
   std::vector<std::vector<ShotPicture>> take(const PictureLimits& limits = {}) {
-    return shotPictures(record_, limits, [&](auto& camera, auto&, auto&) { seen_ += camera.id + " "; });
+    return shotPictures(record_, limits,
+                        [&](auto& camera, auto&, auto&) { seen_ += camera.id + " "; });
   }
 
   StitchRecord record_ = twoCameraRecord();

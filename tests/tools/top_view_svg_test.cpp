@@ -28,8 +28,8 @@ TEST(TopViewSvg, ShowsCamerasWithNamesBoardsAndAGrid) {
   StitchRecord record = twoCameraRecord();
   record.cameras[0].shots = {usedShot(0.1, {})};
   const std::string svg = drawn(record);
-  EXPECT_THAT(svg, AllOf(HasSubstr(">left (base)<"), HasSubstr(">right<"),
-                         HasSubstr("class=\"grid\"")));
+  EXPECT_THAT(svg,
+              AllOf(HasSubstr(">left (base)<"), HasSubstr(">right<"), HasSubstr("class=\"grid\"")));
   EXPECT_EQ(count(svg, "class=\"frustum"), 2U);
   EXPECT_EQ(count(svg, "class=\"board"), 1U);
 }
@@ -37,9 +37,9 @@ TEST(TopViewSvg, ShowsCamerasWithNamesBoardsAndAGrid) {
 // Around the frusta, 42 deep, is a margin of 0.4 of that: 300 + 2 * (24.234 + 16.8) wide, which
 // takes 760; the tips are at 41.034 and 341.034.
 TEST(TopViewSvg, IsToScale) {
-  EXPECT_THAT(drawn(twoCameraRecord()),
-              AllOf(HasSubstr("x=\"81.6\" y=\"61.6\">left"), HasSubstr("x=\"678.4\" y=\"61.6\">right"),
-                    HasSubstr("viewBox=\"0 0 760.0 139.2\"")));
+  EXPECT_THAT(drawn(twoCameraRecord()), AllOf(HasSubstr("x=\"81.6\" y=\"61.6\">left"),
+                                              HasSubstr("x=\"678.4\" y=\"61.6\">right"),
+                                              HasSubstr("viewBox=\"0 0 760.0 139.2\"")));
 }
 
 TEST(TopViewSvg, MovesANameThatWouldLieOnAnother) {

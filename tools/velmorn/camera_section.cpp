@@ -37,14 +37,15 @@ std::string lensFacts(const std::string& folder, const CameraRecord& camera) {
   std::string html;
   if (camera.imageSize.area() > 0) html += fact("Images", sizeText(camera.imageSize) + " px");
   if (camera.intrinsics)
-    html += fact("Camera file", "<bdi>" + htmlText(shownPath(folder, camera.intrinsics->file)) + "</bdi>");
+    html += fact("Camera file",
+                 "<bdi>" + htmlText(shownPath(folder, camera.intrinsics->file)) + "</bdi>");
   return html;
 }
 
 std::string facts(const std::string& folder, const CameraRecord& camera) {
   std::string html = "<dl class=\"facts\">\n" + linkFacts(camera) + placeFacts(camera);
-  html += fact("Shots used", std::to_string(camera.imagesFound) + " of " +
-                                 std::to_string(camera.imagesTotal));
+  html += fact("Shots used",
+               std::to_string(camera.imagesFound) + " of " + std::to_string(camera.imagesTotal));
   if (const std::optional<double> rms = reprojectionRms(camera))
     html += fact("Reprojection error", fixedText(*rms, 3) + " px");
   return html + lensFacts(folder, camera) + "</dl>\n";
@@ -75,8 +76,9 @@ std::string refusals(const std::string& folder, const CameraRecord& camera) {
   for (std::size_t i = 0; i < camera.shots.size(); ++i) {
     const ShotRecord& shot = camera.shots[i];
     if (shot.found()) continue;
-    items += "<li>Shot " + std::to_string(i + 1) + ", <bdi>" + htmlText(shownPath(folder, shot.image)) +
-             "</bdi>: " + htmlText(refusalText(shot)) + "</li>\n";
+    items += "<li>Shot " + std::to_string(i + 1) + ", <bdi>" +
+             htmlText(shownPath(folder, shot.image)) + "</bdi>: " + htmlText(refusalText(shot)) +
+             "</li>\n";
   }
   if (items.empty()) return "";
   return "<h4>Refused shots</h4>\n<ul class=\"refusals\">\n" + items + "</ul>\n";
@@ -96,8 +98,8 @@ std::string pictureHtml(const CameraRecord& camera, std::size_t index, const Sho
   const std::string name = "Shot " + std::to_string(index + 1);
   const std::string alt = htmlText(name + " of " + camera.id + ", " +
                                    counted(shot.corners.size(), "corner") + " marked");
-  const std::string label = "<span class=\"label\"><b>" + name + "</b> " +
-                            htmlText(pictureNote(shot)) + "</span>";
+  const std::string label =
+      "<span class=\"label\"><b>" + name + "</b> " + htmlText(pictureNote(shot)) + "</span>";
   if (!picture.problem.empty()) {
     return "<div class=\"picture none\"><p>Picture " + htmlText(picture.problem) + "</p>" + label +
            "</div>\n";
@@ -112,7 +114,8 @@ std::string picturesHtml(const CameraRecord& camera, const std::vector<ShotPictu
   if (pictures.empty()) return "";
   std::string html =
       "<h4>Pictures</h4>\n<p class=\"remark\">The corners that were used; a ring is around the "
-      "first one. <span class=\"on-screen\">Click a picture for a larger one.</span></p>\n<div class=\"pictures\">\n";
+      "first one. <span class=\"on-screen\">Click a picture for a larger one.</span></p>\n<div "
+      "class=\"pictures\">\n";
   for (std::size_t i = 0; i < pictures.size(); ++i) html += pictureHtml(camera, i, pictures[i]);
   return html + "</div>\n";
 }
@@ -131,8 +134,9 @@ std::string cameraSection(const StitchRecord& record, std::size_t index,
   return "<section class=\"camera\" id=\"camera-" + std::to_string(index + 1) +
          "\">\n<h3><span class=\"swatch " + cameraClass(index) + "\"></span><bdi>" +
          htmlText(camera.id) + "</bdi>" +
-         (camera.isBase ? " <span class=\"tag\">base</span>" : "") + "</h3>\n" + facts(record.folder, camera) +
-         charts(camera, errorScale) + refusals(record.folder, camera) + shotsHtml(record, camera) +
+         (camera.isBase ? " <span class=\"tag\">base</span>" : "") + "</h3>\n" +
+         facts(record.folder, camera) + charts(camera, errorScale) +
+         refusals(record.folder, camera) + shotsHtml(record, camera) +
          picturesHtml(camera, pictures) + "</section>\n";
 }
 

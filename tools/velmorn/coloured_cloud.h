@@ -12,11 +12,11 @@
 namespace velmorn::tool {
 
 struct ColouredCloud {
-  std::vector<cv::Vec3f> points;     // finite, in the file's order
-  std::vector<cv::Vec3b> colours;    // red, green, blue; one per point, or none
-  std::vector<std::uint8_t> cameras; // index in `cameraIds`; one per point, or none
+  std::vector<cv::Vec3f> points;      // finite, in the file's order
+  std::vector<cv::Vec3b> colours;     // red, green, blue; one per point, or none
+  std::vector<std::uint8_t> cameras;  // index in `cameraIds`; one per point, or none
   std::vector<std::string> cameraIds; // as the file's comments say
-  std::size_t read = 0;              // points of the file, before any were left out
+  std::size_t read = 0;               // points of the file, before any were left out
 };
 
 // Reads a PLY file: x, y and z, red, green and blue of 8 bits if present, the property `camera` of

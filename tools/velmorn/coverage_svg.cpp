@@ -43,7 +43,8 @@ std::string cornersSvg(const CameraRecord& camera, double scale) {
   for (const ShotRecord& shot : camera.shots) {
     for (const cv::Point2d& corner : shot.corners) {
       if (!isInside(corner, camera.imageSize)) continue;
-      path += "M" + number((corner.x + 0.5) * scale) + " " + number((corner.y + 0.5) * scale) + "h0";
+      path +=
+          "M" + number((corner.x + 0.5) * scale) + " " + number((corner.y + 0.5) * scale) + "h0";
     }
   }
   return "<path class=\"corners\" d=\"" + path + "\"/>";

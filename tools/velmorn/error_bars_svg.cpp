@@ -35,9 +35,7 @@ struct Plot {
   double middle(std::size_t shot) const {
     return kLeft + (static_cast<double>(shot) + 0.5) * pitch;
   }
-  double y(double error) const {
-    return kTop + kPlotHeight * (1 - std::min(error, most) / most);
-  }
+  double y(double error) const { return kTop + kPlotHeight * (1 - std::min(error, most) / most); }
 };
 
 std::string textAt(double x, double y, const char* anchor, const std::string& text) {
@@ -66,8 +64,8 @@ std::string barSvg(const Plot& plot, std::size_t index, double error) {
 std::string crossSvg(const Plot& plot, std::size_t index) {
   const std::string arm = number(2 * kCross);
   const std::string start = number(plot.middle(index) - kCross);
-  return "<path class=\"refused\" d=\"M" + start + " " + number(plot.y(0) - 3 * kCross) + "l" + arm +
-         " " + arm + "m-" + arm + " 0l" + arm + " -" + arm + "\"/>";
+  return "<path class=\"refused\" d=\"M" + start + " " + number(plot.y(0) - 3 * kCross) + "l" +
+         arm + " " + arm + "m-" + arm + " 0l" + arm + " -" + arm + "\"/>";
 }
 
 std::string shotSvg(const Plot& plot, const ShotRecord& shot, std::size_t index) {
@@ -102,12 +100,13 @@ double errorScale(const StitchRecord& record) {
 
 std::string errorBarsSvg(const CameraRecord& camera, double most) {
   if (camera.shots.empty()) return "";
-  const double pitch = std::min(kWidestPitch, kPlotWidth / static_cast<double>(camera.shots.size()));
+  const double pitch =
+      std::min(kWidestPitch, kPlotWidth / static_cast<double>(camera.shots.size()));
   const Plot plot{most, pitch};
-  std::string svg = "<svg class=\"bars\" role=\"img\" aria-label=\"Reprojection error of each shot of " +
-                    htmlText(camera.id) + ", pixels\" viewBox=\"0 0 " +
-                    number(kLeft + kPlotWidth + 4) + " " + number(kTop + kPlotHeight + kBelow) +
-                    "\">\n" + scaleSvg(plot);
+  std::string svg =
+      "<svg class=\"bars\" role=\"img\" aria-label=\"Reprojection error of each shot of " +
+      htmlText(camera.id) + ", pixels\" viewBox=\"0 0 " + number(kLeft + kPlotWidth + 4) + " " +
+      number(kTop + kPlotHeight + kBelow) + "\">\n" + scaleSvg(plot);
   for (std::size_t i = 0; i < camera.shots.size(); ++i) svg += shotSvg(plot, camera.shots[i], i);
   return svg + numbersSvg(plot, camera.shots.size()) + "</svg>\n";
 }

@@ -13,7 +13,8 @@ constexpr const char* kReportExample =
     "  velmorn report result.json -o report.html --cloud merged.ply --aerial aerial.png \\\n"
     "    --title \"Line 4, cell 2\"\n"
     "\n"
-    "The page is one file and needs no network: the rig in three dimensions with the merged cloud,\n"
+    "The page is one file and needs no network: the rig in three dimensions with the merged "
+    "cloud,\n"
     "the links between the cameras, every shot with its corners and its error, and the view from\n"
     "above. It opens in any browser and prints. A run that failed is shown from its\n"
     "NAME-failed.json. Images that are no longer there are named on the page.";

@@ -24,6 +24,14 @@ std::string cloudNote(const ColouredCloud& shown) {
          " are shown. ";
 }
 
+ReportModel modelOf(const ReportOptions& options, const StitchRecord& record) {
+  try {
+    return reportModel(record);
+  } catch (const ToolError& error) {
+    throw ToolError(options.result + ": " + error.what());
+  }
+}
+
 std::vector<std::vector<ShotPicture>> picturesOf(const StitchRecord& record) {
   std::size_t total = 0;
   for (const CameraRecord& camera : record.cameras) total += camera.shots.size();
@@ -57,9 +65,8 @@ void runReport(const ReportOptions& options) {
   const StitchRecord record = readStitchRecord(options.result);
   requireWritable(options.output);
   ColouredCloud cloud;
-  if (!options.cloud.empty())
-    cloud = thinned(readColouredCloud(options.cloud), kMostCloudPoints);
-  const ReportModel model = reportModel(record);
+  if (!options.cloud.empty()) cloud = thinned(readColouredCloud(options.cloud), kMostCloudPoints);
+  const ReportModel model = modelOf(options, record);
   const ReportFrame frame = reportFrame(model, cloud);
 
   ReportPage page;

@@ -110,13 +110,13 @@ Json cloudJson(const StitchRecord& record, const ColouredCloud& cloud) {
   if (cloud.points.empty()) return nullptr;
   const CloudBox box = boxOf(cloud.points);
   const bool hasCameras = !cloud.cameras.empty() && !cloud.cameraIds.empty();
-  return {{"count", cloud.points.size()},
-          {"least", listOf(box.least)},
-          {"step", listOf(box.step)},
-          {"positions", base64Text(positionBytes(cloud.points, box))},
-          {"colours",
-           cloud.colours.empty() ? Json() : Json(base64Text(colourBytes(cloud.colours)))},
-          {"cameras", hasCameras ? Json(base64Text(cameraBytes(record, cloud))) : Json()}};
+  return {
+      {"count", cloud.points.size()},
+      {"least", listOf(box.least)},
+      {"step", listOf(box.step)},
+      {"positions", base64Text(positionBytes(cloud.points, box))},
+      {"colours", cloud.colours.empty() ? Json() : Json(base64Text(colourBytes(cloud.colours)))},
+      {"cameras", hasCameras ? Json(base64Text(cameraBytes(record, cloud))) : Json()}};
 }
 
 } // namespace

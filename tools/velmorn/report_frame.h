@@ -15,9 +15,9 @@ namespace velmorn::tool {
 // camera's.
 struct ReportFrame {
   cv::Matx33d viewFromBase = cv::Matx33d::eye();
-  cv::Vec3d least;        // box around the rig and the cloud, view's frame; of the cloud without
-  cv::Vec3d most;         // the outermost hundredth on every side
-  double cell = 0;        // side of a square of the ground's grid: a round number
+  cv::Vec3d least;         // box around the rig and the cloud, view's frame; of the cloud without
+  cv::Vec3d most;          // the outermost hundredth on every side
+  double cell = 0;         // side of a square of the ground's grid: a round number
   double frustumDepth = 0; // from a camera's tip to its drawn image
 };
 

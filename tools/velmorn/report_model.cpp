@@ -64,7 +64,8 @@ BoardSides plainSides(const StitchRecord& record) {
 BoardSides shownSides(const ShotRecord& shot, double square) {
   BoardSides sides{shot.grid.front(), shot.grid.front()};
   for (const cv::Point& corner : shot.grid) {
-    sides.from = {std::min<double>(sides.from.x, corner.x), std::min<double>(sides.from.y, corner.y)};
+    sides.from = {std::min<double>(sides.from.x, corner.x),
+                  std::min<double>(sides.from.y, corner.y)};
     sides.to = {std::max<double>(sides.to.x, corner.x), std::max<double>(sides.to.y, corner.y)};
   }
   return {sides.from * square, sides.to * square};

@@ -49,8 +49,7 @@ std::string head(const ReportPage& page) {
          "\">\n<meta name=\"viewport\" content=\"width=device-width, initial-scale=1\">\n"
          "<meta name=\"color-scheme\" content=\"light dark\">\n"
          "<meta name=\"generator\" content=\"velmorn " VELMORN64_VERSION "\">\n<title>" +
-         htmlText(page.title) + "</title>\n<style>" + textOf(reportStyle()) +
-         "</style>\n</head>\n";
+         htmlText(page.title) + "</title>\n<style>" + textOf(reportStyle()) + "</style>\n</head>\n";
 }
 
 std::string boardText(const StitchRecord& record) {
@@ -113,7 +112,8 @@ std::string rigSection(const ReportPage& page) {
          "this is the rig from above.</p></noscript>\n"
          "<p id=\"view-problem\" class=\"remark\" hidden></p>\n<figcaption>Cameras with their "
          "lines of sight, and the board as each of them saw it, in the base camera's frame. " +
-         page.cloudNote + "<span id=\"view-help\" class=\"on-screen\" hidden></span></figcaption>\n</figure>\n" +
+         page.cloudNote +
+         "<span id=\"view-help\" class=\"on-screen\" hidden></span></figcaption>\n</figure>\n" +
          "</section>\n";
 }
 

@@ -15,12 +15,12 @@ namespace velmorn::tool {
 
 struct ReportPage {
   std::string title;
-  std::string resultName;   // of the result file
-  std::string topView;      // <svg>; empty when no camera has a place
-  nlohmann::ordered_json data; // of the three-dimensional view
-  std::string cloudNote;    // what is shown of the cloud; empty without one
-  std::string aerialName;   // of the picture from above; empty without one
-  std::string aerialAddress; // data: address of it
+  std::string resultName;                         // of the result file
+  std::string topView;                            // <svg>; empty when no camera has a place
+  nlohmann::ordered_json data;                    // of the three-dimensional view
+  std::string cloudNote;                          // what is shown of the cloud; empty without one
+  std::string aerialName;                         // of the picture from above; empty without one
+  std::string aerialAddress;                      // data: address of it
   std::vector<std::vector<ShotPicture>> pictures; // by camera and shot
 };
 

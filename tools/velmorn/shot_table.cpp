@@ -55,8 +55,8 @@ std::string cameraRow(const CameraRecord& camera, std::size_t index) {
   const Coverage coverage = coverageOf(camera);
   const bool hasMap = !coverage.shots.empty() && !camera.shots.empty();
   return "<tr><th scope=\"row\"><a href=\"#camera-" + std::to_string(index + 1) +
-         "\"><span class=\"swatch " + cameraClass(index) + "\"></span><bdi>" +
-         htmlText(camera.id) + "</bdi></a></th><td>" + linkText(camera) + "</td>" +
+         "\"><span class=\"swatch " + cameraClass(index) + "\"></span><bdi>" + htmlText(camera.id) +
+         "</bdi></a></th><td>" + linkText(camera) + "</td>" +
          numberCell(camera.isBase ? kNothing : std::to_string(camera.imagesShared)) +
          numberCell(residualOf(camera), 4) +
          numberCell(std::to_string(camera.imagesFound) + " / " +
@@ -72,8 +72,9 @@ std::string shotRow(const std::string& folder, const ShotRecord& shot, std::size
       shot.found() ? std::optional(shot.reprojectionError) : std::nullopt;
   const std::string corners = shot.found() ? std::to_string(shot.corners.size()) : kNothing;
   return std::string(shot.found() ? "<tr>" : "<tr class=\"refused\">") + "<th scope=\"row\">" +
-         std::to_string(index + 1) + "</th><td><bdi>" + htmlText(shownPath(folder, shot.image)) + "</bdi></td><td>" +
-         htmlText(outcome) + "</td>" + numberCell(corners) + numberCell(error, 3) + "</tr>\n";
+         std::to_string(index + 1) + "</th><td><bdi>" + htmlText(shownPath(folder, shot.image)) +
+         "</bdi></td><td>" + htmlText(outcome) + "</td>" + numberCell(corners) +
+         numberCell(error, 3) + "</tr>\n";
 }
 
 } // namespace
@@ -92,11 +93,10 @@ std::string cameraTable(const StitchRecord& record) {
 
 std::string shotTable(const StitchRecord& record, const CameraRecord& camera) {
   if (camera.shots.empty()) return "";
-  std::string html = "<table>\n<caption>The shots of <bdi>" + htmlText(camera.id) +
-                     "</bdi></caption>\n" +
-                     headRow({"Shot", "Image", "Outcome"}, {"Corners", "Reprojection error [px]"}) +
-                     "<tbody>\n";
-  for (std::size_t i = 0; i < camera.shots.size(); ++i) 
+  std::string html =
+      "<table>\n<caption>The shots of <bdi>" + htmlText(camera.id) + "</bdi></caption>\n" +
+      headRow({"Shot", "Image", "Outcome"}, {"Corners", "Reprojection error [px]"}) + "<tbody>\n";
+  for (std::size_t i = 0; i < camera.shots.size(); ++i)
     html += shotRow(record.folder, camera.shots[i], i);
   return html + "</tbody></table>\n";
 }

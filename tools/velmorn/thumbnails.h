@@ -38,8 +38,8 @@ std::vector<std::vector<ShotPicture>> shotPictures(
     const StitchRecord& record, const PictureLimits& limits,
     const std::function<void(const CameraRecord&, const ShotRecord&, const ShotPicture&)>& report);
 
-// The image at most so wide and twice as high, with a dot at every corner that lies within it and a ring around the
-// first one. Corners are in pixels of the image as it comes.
+// The image at most so wide and twice as high, with a dot at every corner that lies within it and a
+// ring around the first one. Corners are in pixels of the image as it comes.
 cv::Mat pictureWithCorners(const cv::Mat& image, const std::vector<cv::Point2d>& corners,
                            int width);
 

@@ -80,8 +80,8 @@ std::string cameraSvg(const Sheet& sheet, const ModelCamera& camera, double dept
     image.push_back(sheet.place(imagePlace(camera, corner, depth)));
     edges += "M" + at(tip) + "L" + at(image.back());
   }
-  return "<path class=\"frustum " + cameraClass(camera.camera) + "\" d=\"" + outline(image) + edges +
-         "\"/>\n";
+  return "<path class=\"frustum " + cameraClass(camera.camera) + "\" d=\"" + outline(image) +
+         edges + "\"/>\n";
 }
 
 // Written last, over all lines; one that would lie on an earlier one moves below it.
@@ -109,9 +109,10 @@ std::string namesSvg(const Sheet& sheet, const StitchRecord& record, const Repor
 std::string topViewSvg(const StitchRecord& record, const ReportModel& model,
                        const ReportFrame& frame) {
   const Sheet sheet(frame);
-  std::string svg = "<svg class=\"top-view\" role=\"img\" aria-label=\"The rig from above\" "
-                    "viewBox=\"0 0 " +
-                    at(sheet.size()) + "\">\n" + sheet.grid();
+  std::string svg =
+      "<svg class=\"top-view\" role=\"img\" aria-label=\"The rig from above\" "
+      "viewBox=\"0 0 " +
+      at(sheet.size()) + "\">\n" + sheet.grid();
   for (const ModelBoard& board : model.boards) svg += boardSvg(sheet, board);
   for (const ModelCamera& camera : model.cameras)
     svg += cameraSvg(sheet, camera, frame.frustumDepth);
