@@ -73,6 +73,28 @@ TEST_F(CheckProcess, ExplainsAFailedRunAndForgetsItAfterASoundOne) {
   EXPECT_EQ(run({"check", "result.json"}).status, 0);
 }
 
+TEST_F(CheckProcess, StitchesAFolderWithoutRigAndCameraFiles) {
+  RigOptions options;
+  options.groups = rowGroups(2);
+  options.shotsPerGroup = 8;
+  options.ids = {"a", "b"};
+  const SyntheticRig rig = makeRig(options);
+  const ImagePathMap images = rig.writeImages(dir(), {});
+  for (const std::string& id : rig.ids) {
+    std::filesystem::create_directories(dir() / "rig" / id);
+    for (std::size_t j = 0; j < images.at(id).size(); ++j)
+      std::filesystem::copy(dir() / images.at(id)[j],
+                            dir() / "rig" / id / ("board-" + std::to_string(j) + ".png"));
+  }
+  const ProcessResult stitch = run({"stitch", "rig", "--board", "9x6", "--square", "25"});
+  ASSERT_EQ(stitch.status, 0) << stitch.err;
+  EXPECT_THAT(stitch.err, HasSubstr("rig/b/intrinsics.yml written, from 8 images"));
+  EXPECT_EQ(run({"check", "result.json"}).status, 0);
+  EXPECT_EQ(run({"stitch", "rig"}).status, 2);
+  EXPECT_EQ(run({"stitch", "rig", "--board", "9x6"}).status, 2);
+  EXPECT_EQ(run({"stitch", "result.json", "--board", "9x6"}).status, 2);
+}
+
 TEST_F(CheckProcess, NamesAFileThatIsNotThereOrNoResult) {
   EXPECT_EQ(run({"check"}).status, 2);
   const ProcessResult missing = run({"check", "none.json"});

@@ -1,6 +1,7 @@
 // The tool's command line.
 #include "velmorn/command_line.h"
 
+#include <filesystem>
 #include <iostream>
 
 #include <CLI/CLI.hpp>
@@ -16,6 +17,7 @@
 #include "velmorn/intrinsics_command.h"
 #include "velmorn/plane_arguments.h"
 #include "velmorn/report_arguments.h"
+#include "velmorn/rig_file.h"
 #include "velmorn/stitch_command.h"
 #include "velmorn/tool_error.h"
 
@@ -44,6 +46,10 @@ constexpr const char* kStitchExample =
     "A data-code board is \"board\": \"data-code\", with min_corners (12) and without square and\n"
     "min_images.\n"
     "One number of a plain board should be odd, one even: others look the same after half a turn.\n"
+    "Without a rig file, from a folder with a folder of images per camera:\n"
+    "  velmorn stitch rig --board 9x6 --square 25\n"
+    "with rig/left/board-01.png and so on; images of equal names show one board position, and\n"
+    "rig/left/intrinsics.yml is made from them when it is not there.\n"
     "Paths in the file are relative to it. Image j of every camera shows the same board position.\n"
     "velmorn.log and, with save_corner_images, chessImgs/ come into the working directory.";
 
@@ -84,10 +90,30 @@ void addIntrinsics(CLI::App& app, std::string& board, double& square, Intrinsics
   });
 }
 
+// A rig file says what the board is; a folder does not.
+void requireBoardOfFolder(const StitchOptions& options) {
+  if (!std::filesystem::is_directory(options.rig)) {
+    if (!options.board.empty() || options.square != 0)
+      throw CLI::ValidationError("--board and --square are for a folder; the rig file says them");
+    return;
+  }
+  const bool hasDataCodes = options.board == kDataCodeBoard;
+  if (!hasDataCodes && !parseBoard(options.board))
+    throw CLI::ValidationError("--board", "of a folder is data-code or " + boardRule());
+  if (hasDataCodes != (options.square == 0) || (!hasDataCodes && !usableSquare(options.square)))
+    throw CLI::ValidationError("--square", "of a folder is a length above 0, for a plain board");
+}
+
 void addStitch(CLI::App& app, StitchOptions& options) {
   CLI::App& command = *app.add_subcommand(
       "stitch", "Compute the transform between every camera of a rig and its base camera");
-  command.add_option("rig", options.rig, "Rig file, JSON")->required()->check(CLI::ExistingFile);
+  command.add_option("rig", options.rig, "Rig file, JSON, or a folder with a folder per camera")
+      ->required()
+      ->check(CLI::ExistingPath);
+  command.add_option("--board", options.board,
+                     "Of a folder: inner corners per row and column, WxH, or data-code");
+  command.add_option("--square", options.square, "Of a folder: side of a square, LENGTH");
+  command.callback([&] { requireBoardOfFolder(options); });
   command.add_option("-o,--output", options.output, "Result file to write, JSON")
       ->capture_default_str();
   command.footer(kStitchExample);
