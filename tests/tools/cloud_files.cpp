@@ -71,14 +71,14 @@ std::string xyzText(const Points& points) {
 std::string plyText(const Points& points, PlyForm form) {
   const char* const names[] = {"ascii", "binary_little_endian", "binary_big_endian"};
   std::ostringstream text = exactStream();
-  text
-      << plyHead(points, names[static_cast<int>(form)], "float")
-      << "property uchar red\nelement face 1\nproperty list uchar int vertex_indices\nend_header\n";
+  text << plyHead(points, names[static_cast<int>(form)], "float")
+       << "property uchar red\nproperty uchar green\nproperty uchar blue\nelement face 1\n"
+       << "property list uchar int vertex_indices\nend_header\n";
   const bool big = form == PlyForm::kBigEndian;
   for (const tagOzKPoint3Df32& p : points) {
-    if (form == PlyForm::kText) text << p.x << ' ' << p.y << ' ' << p.z << " 200\n";
+    if (form == PlyForm::kText) text << p.x << ' ' << p.y << ' ' << p.z << " 200 100 50\n";
     if (form != PlyForm::kText) text << bytesOf(p.x, big) << bytesOf(p.y, big) << bytesOf(p.z, big);
-    if (form != PlyForm::kText) text << '\xC8';
+    if (form != PlyForm::kText) text << "\xC8\x64\x32";
   }
   if (form == PlyForm::kText) text << "3 0 1 2\n";
   if (form == PlyForm::kText) return text.str();

@@ -55,6 +55,33 @@ TEST_F(PlyHeader, RefusesWhatIsMalformed) {
   EXPECT_EQ(check(with(text, "element vertex 300\n", "")), "the header has a line \"property\"");
 }
 
+// PCL ends the program for most of these.
+TEST_F(PlyHeader, RefusesColoursInAnotherOrder) {
+  const std::string refusal = "colours of the points have to be red, green, blue in this order";
+  const std::string red = "property uchar red\n";
+  const std::string green = "property uchar green\n";
+  const std::string blue = "property uchar blue\n";
+  const std::string alpha = "property uint8 alpha\n";
+  const auto checkColours = [&](const std::string& colours) {
+    return check(with(text, red + green + blue, colours));
+  };
+  for (const std::string& colours :
+       {red, green, blue, alpha, red + green, green + blue, blue + green + red, red + blue + green,
+        red + green + alpha, red + red + green + blue, red + green + blue + blue,
+        red + "property float w\n" + green + blue,
+        with(red + green + blue, "uchar red", "float red")})
+    EXPECT_EQ(checkColours(colours), refusal) << colours;
+  EXPECT_EQ(checkColours(with(red + green + blue, "uchar green", "list uchar uchar green")),
+            refusal);
+  for (const std::string& colours :
+       {std::string(), red + green + blue, red + green + blue + alpha,
+        std::string("property float red\n"),
+        std::string("property uchar diffuse_red\nproperty uchar diffuse_green\n"
+                    "property uchar diffuse_blue\n")})
+    EXPECT_NE(checkColours(colours), refusal) << colours;
+  EXPECT_EQ(check(with(text, "element face 1\n", "element face 1\n" + blue)), "no error");
+}
+
 // PCL ends the program for grids whose numbers disagree.
 TEST_F(PlyHeader, RefusesGrids) {
   EXPECT_EQ(check(with(text, "element face 1", "element range_grid 1")),

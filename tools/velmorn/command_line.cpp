@@ -17,6 +17,7 @@
 #include "velmorn/intrinsics_command.h"
 #include "velmorn/merge_arguments.h"
 #include "velmorn/plane_arguments.h"
+#include "velmorn/report_arguments.h"
 #include "velmorn/rig_file.h"
 #include "velmorn/simulate_arguments.h"
 #include "velmorn/stitch_command.h"
@@ -169,6 +170,7 @@ int runCommandLine(int argc, const char* const* argv) {
   PrintOptions print;
   CornersOptions corners;
   SimulateOptions simulate;
+  ReportOptions report;
 
   CLI::App app(
       "Rigid transforms between cameras, and from cameras to planes and platforms; views from "
@@ -191,6 +193,7 @@ int runCommandLine(int argc, const char* const* argv) {
   addBoard(app, print);
   addCorners(app, corners);
   addSimulate(app, simulate);
+  addReport(app, report);
   try {
     app.parse(argc, argv);
   } catch (const CLI::ParseError& error) {
@@ -211,6 +214,7 @@ int runCommandLine(int argc, const char* const* argv) {
     if (app.got_subcommand("board")) runBoard(print);
     if (app.got_subcommand("corners")) runCorners(corners);
     if (app.got_subcommand("simulate")) runSimulate(simulate);
+    if (app.got_subcommand("report")) runReport(report);
     return kExitSuccess;
   });
 }

@@ -63,6 +63,33 @@ Element elementFrom(const Words& line) {
   throw ToolError("organised PLY files (with a range_grid) are not supported, save it as PCD");
 }
 
+// Which part of a point's colour an 8-bit property is; 0 when it is none.
+int colourPart(const Words& line) {
+  static const std::map<std::string, int> kParts = {
+      {"red", 1},           {"green", 2},        {"blue", 3}, {"diffuse_red", 1},
+      {"diffuse_green", 2}, {"diffuse_blue", 3}, {"alpha", 4}};
+  const bool isByte = line.size() == 3 && (line[1] == "uchar" || line[1] == "uint8");
+  const auto found = isByte ? kParts.find(line[2]) : kParts.end();
+  return found == kParts.end() ? 0 : found->second;
+}
+
+// The reader makes one field of the parts and counts on their order: with another it writes beside
+// the points, or ends the program.
+void requireColoursInOrder(const FileHeader& header) {
+  int before = 0;
+  bool isVertex = false;
+  for (const Words& line : header.lines) {
+    const bool isProperty = line[0] == "property";
+    const int part = isProperty && isVertex ? colourPart(line) : 0;
+    const bool isIncomplete = (before == 1 || before == 2) && part != before + 1;
+    if (isIncomplete || (part > 1 && part != before + 1)) {
+      throw ToolError("colours of the points have to be red, green, blue in this order");
+    }
+    before = part;
+    if (line[0] == "element") isVertex = line.size() == 3 && line[1] == "vertex";
+  }
+}
+
 std::vector<Element> elementsOf(const FileHeader& header, bool isText) {
   std::vector<Element> elements;
   for (std::size_t i = 2; i + 1 < header.lines.size(); ++i) {
@@ -95,6 +122,7 @@ void requireSoundPlyHeader(const std::string& path) {
     if (least > room) throw ToolError("cut off: the header announces more than the file holds");
     room -= least;
   }
+  requireColoursInOrder(header);
 }
 
 } // namespace velmorn::tool

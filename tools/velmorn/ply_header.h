@@ -6,8 +6,9 @@
 
 namespace velmorn::tool {
 
-// Throws ToolError unless the header is complete and announces no more than the file can hold. The
-// reader behind it allocates by these numbers.
+// Throws ToolError unless the header is complete, announces no more than the file can hold and has
+// the points' colours in the order that the reader behind it counts on, which allocates by these
+// numbers.
 //
 // path  a regular file
 void requireSoundPlyHeader(const std::string& path);
