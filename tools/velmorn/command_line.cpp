@@ -104,10 +104,11 @@ int runCommand(Command&& command) {
   }
 }
 
-} // namespace
+// The commands with what their options are read into.
+struct CommandLine {
+  CommandLine();
+  int run() const; // the parsed command; returns the exit status
 
-int runCommandLine(int argc, const char* const* argv) {
-  silenceOpenCv();
   std::string board;
   double square = 0;
   IntrinsicsOptions intrinsics;
@@ -122,10 +123,13 @@ int runCommandLine(int argc, const char* const* argv) {
   PrintOptions print;
   CornersOptions corners;
 
-  CLI::App app(
+  CLI::App app{
       "Rigid transforms between cameras, and from cameras to planes and platforms; views from "
       "above, averages and backgrounds of depth data",
-      "velmorn");
+      "velmorn"};
+};
+
+CommandLine::CommandLine() {
   app.set_version_flag("--version", std::string("velmorn ") + VELMORN64_VERSION);
   app.footer("velmorn COMMAND --help shows the options and an example of a command.");
   app.require_subcommand(1);
@@ -140,11 +144,9 @@ int runCommandLine(int argc, const char* const* argv) {
   addField(app, field);
   addBoard(app, print);
   addCorners(app, corners);
-  try {
-    app.parse(argc, argv);
-  } catch (const CLI::ParseError& error) {
-    return app.exit(error) == 0 ? kExitSuccess : kExitUsage;
-  }
+}
+
+int CommandLine::run() const {
   return runCommand([&] {
     if (app.got_subcommand("intrinsics")) runIntrinsics(intrinsics);
     if (app.got_subcommand("stitch")) runStitch(stitch);
@@ -158,6 +160,24 @@ int runCommandLine(int argc, const char* const* argv) {
     if (app.got_subcommand("board")) runBoard(print);
     if (app.got_subcommand("corners")) runCorners(corners);
   });
+}
+
+} // namespace
+
+std::shared_ptr<const CLI::App> unparsedCommandLine() {
+  const auto line = std::make_shared<CommandLine>();
+  return {line, &line->app};
+}
+
+int runCommandLine(int argc, const char* const* argv) {
+  silenceOpenCv();
+  CommandLine line;
+  try {
+    line.app.parse(argc, argv);
+  } catch (const CLI::ParseError& error) {
+    return line.app.exit(error) == 0 ? kExitSuccess : kExitUsage;
+  }
+  return line.run();
 }
 
 } // namespace velmorn::tool
