@@ -17,7 +17,7 @@ endif()
 
 set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
 set(CPACK_DEBIAN_PACKAGE_RELEASE 1)
-set(CPACK_DEBIAN_PACKAGE_MAINTAINER "velmorn64 developers <velmorn64@localhost>")
+set(CPACK_DEBIAN_PACKAGE_MAINTAINER "velmorn64 developers <velmorn64@example.org>")
 set(CPACK_DEBIAN_PACKAGE_PRIORITY optional)
 set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)
 set(CPACK_DEBIAN_COMPRESSION_TYPE xz)
@@ -61,18 +61,28 @@ Calibrates cameras and stitches rigs of 2 to 10 of them from images of one
 chessboard, plain or with printed codes, which it prints as well. It finds
 reference planes and platforms, and shows depth images from above.
 .
-This package has the tool velmorn, its manual pages and its completion for bash.")
+This package has the tool velmorn, its manual pages and its completion for
+bash.")
 
-# Every package has a changelog and a copyright file of its own; other installations have neither.
+# Of a package alone, in no other installation: changelog, copyright, what lintian need not say, and
+# for the library what dpkg has to know of it.
 string(TIMESTAMP changelog_date "%a, %d %b %Y %H:%M:%S +0000" UTC) # or SOURCE_DATE_EPOCH
+string(TIMESTAMP copyright_year "%Y" UTC)
 set(debian_files ${CMAKE_CURRENT_BINARY_DIR}/debian)
 configure_file(cmake/debian/changelog.in ${debian_files}/changelog.Debian @ONLY)
+configure_file(cmake/debian/copyright.in ${debian_files}/copyright @ONLY)
+configure_file(cmake/debian/shlibs.in ${debian_files}/shlibs @ONLY)
 execute_process(COMMAND gzip -9nf ${debian_files}/changelog.Debian COMMAND_ERROR_IS_FATAL ANY)
-foreach(component IN ITEMS library development tool)
+set(CPACK_DEBIAN_LIBRARY_PACKAGE_CONTROL_EXTRA
+  ${debian_files}/shlibs ${PROJECT_SOURCE_DIR}/cmake/debian/triggers)
+foreach(component IN LISTS CPACK_COMPONENTS_ALL)
   string(TOUPPER ${component} key)
   set(package ${CPACK_DEBIAN_${key}_PACKAGE_NAME})
-  install(FILES ${debian_files}/changelog.Debian.gz cmake/debian/copyright
+  install(FILES ${debian_files}/changelog.Debian.gz ${debian_files}/copyright
           DESTINATION ${CMAKE_INSTALL_DATAROOTDIR}/doc/${package}
+          COMPONENT ${component} EXCLUDE_FROM_ALL)
+  install(FILES cmake/debian/${package}.lintian-overrides RENAME ${package}
+          DESTINATION ${CMAKE_INSTALL_DATAROOTDIR}/lintian/overrides
           COMPONENT ${component} EXCLUDE_FROM_ALL)
 endforeach()
 
