@@ -47,7 +47,7 @@ constexpr const char* kEnd = R"(  esac
     return
   fi
   if [[ $arguments == files ]]; then
-    compopt -o filenames 2>/dev/null
+    compopt -o default -o filenames 2>/dev/null # default: readline's own, for names in quotes
     mapfile -t COMPREPLY < <(compgen -f -- "$current")
   fi
 }

@@ -120,12 +120,16 @@ std::string commandList(const std::vector<CommandEntry>& commands) {
   return list;
 }
 
+std::string paragraph(const std::string& heading, const std::string& content) {
+  return content.empty() ? "" : heading + ".PP\n" + content;
+}
+
 // A subcommand on the page of its command.
 std::string subsection(const CommandEntry& command) {
-  const std::string footer = examples(command.footer) + remarks(command.footer);
   return ".SS " + roffText(command.path) + '\n' + synopsis(command) + ".PP\n" +
          roffText(command.description) + ".\n" + argumentList(command.arguments) +
-         optionList(command.options) + (footer.empty() ? "" : ".PP\nExample:\n.PP\n" + footer);
+         optionList(command.options) + paragraph(".PP\nExample:\n", examples(command.footer)) +
+         paragraph("", remarks(command.footer));
 }
 
 std::string reference(const CommandEntry& command) { return bold(pageName(command)) + "(1)"; }
