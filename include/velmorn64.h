@@ -648,7 +648,9 @@ VELMORN64_API void releaseAerialViewImg(tagOzKImage* image);
 // region       the region, length unit
 // imageWidth   columns of the image
 // imageHeight  rows
-// out          out
+// imageRect, measureRect, imagePoint
+//              what is converted: pixels, length units, pixels
+// out          out, what it is converted to
 //
 // A rectangle given with x1 > x2 or y1 > y2 counts as the one with these two exchanged.
 //
@@ -807,6 +809,7 @@ VELMORN64_API int ozkCalFieldSizeByWorkdistance(int imageWidth, int imageHeight,
 //
 // points         pointCount points, any order; points with NaN in x or y are left out, a z of NaN
 //                stays in a cell only when it was the cell's first
+// pointCount     number of points
 // cellSize       length units per cell
 // region         x1 <= x <= x2 and y1 <= y <= y2, inclusive
 // background     out, gridWidth * gridHeight values, row after row (rows along y);
