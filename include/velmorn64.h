@@ -646,10 +646,8 @@ VELMORN64_API void releaseAerialViewImg(tagOzKImage* image);
 // height gives infinities or NaN where it divides.
 //
 // region       the region, length unit
-// imageWidth   columns of the image
-// imageHeight  rows
-// imageRect, measureRect, imagePoint
-//              what is converted: pixels, length units, pixels
+// imageWidth, imageHeight             columns and rows of the image
+// imageRect, measureRect, imagePoint  what is converted
 // out          out, what it is converted to
 //
 // A rectangle given with x1 > x2 or y1 > y2 counts as the one with these two exchanged.
@@ -809,7 +807,6 @@ VELMORN64_API int ozkCalFieldSizeByWorkdistance(int imageWidth, int imageHeight,
 //
 // points         pointCount points, any order; points with NaN in x or y are left out, a z of NaN
 //                stays in a cell only when it was the cell's first
-// pointCount     number of points
 // cellSize       length units per cell
 // region         x1 <= x <= x2 and y1 <= y <= y2, inclusive
 // background     out, gridWidth * gridHeight values, row after row (rows along y);
@@ -817,7 +814,7 @@ VELMORN64_API int ozkCalFieldSizeByWorkdistance(int imageWidth, int imageHeight,
 // gridWidth      out, columns
 // gridHeight     out, rows
 // keepHighest    0: lowest z; else: highest z
-// minPointCount  least number of points, in the region or not
+// pointCount, minPointCount  number of points, in the region or not, and the least one
 // maxGridSize    largest gridWidth and gridHeight
 //
 // When several neighbours have a value to give in the same step, the one below (larger y) goes
