@@ -1,5 +1,5 @@
 // The corner extractor on rendered boards, beside OpenCV's ChArUco on a board of the same geometry
-// in the same views.
+// in the same views; and on a board that fills the image with thousands of corners.
 //
 // Counters: recall (of the corners at least five pixels inside the image; where there are more than
 // 512, of 512), rms in pixels, corners and seconds per image (an iteration does all the views). The
@@ -42,13 +42,15 @@ struct Quality {
 };
 
 velmorn::tool::CodeBoardSpec boardSpec() { return {40, 30, 20}; }
+velmorn::tool::CodeBoardSpec largeBoardSpec() { return {140, 120, 20}; }
 
-std::vector<BoardView> makeViews(int width, int height, int square) {
+std::vector<BoardView> makeViews(const velmorn::tool::CodeBoardSpec& board, int width, int height,
+                                 int square) {
   std::vector<BoardView> views;
   for (int k = 0; k < kViews; ++k) {
     velmorn::brantis::ViewOptions options;
     options.imageSize = {width, height};
-    options.board = boardSpec();
+    options.board = board;
     options.squarePixels = square;
     options.tilt = 18.0 * k;
     options.tiltDirection = 70.0 * k;
@@ -60,18 +62,19 @@ std::vector<BoardView> makeViews(int width, int height, int square) {
   return views;
 }
 
-// Rendered once per case: width, height, side of a square in pixels.
-const std::vector<BoardView>& views(const benchmark::State& state) {
+// Rendered once per case: columns, width, height, side of a square in pixels.
+const std::vector<BoardView>& views(const velmorn::tool::CodeBoardSpec& board,
+                                    const benchmark::State& state) {
   static std::map<std::vector<std::int64_t>, std::vector<BoardView>> cache;
-  auto& entry = cache[{state.range(0), state.range(1), state.range(2)}];
+  auto& entry = cache[{board.columns, state.range(0), state.range(1), state.range(2)}];
   if (entry.empty())
-    entry = makeViews(static_cast<int>(state.range(0)), static_cast<int>(state.range(1)),
+    entry = makeViews(board, static_cast<int>(state.range(0)), static_cast<int>(state.range(1)),
                       static_cast<int>(state.range(2)));
   return entry;
 }
 
-void extractor(benchmark::State& state) {
-  const std::vector<BoardView>& all = views(state);
+void extractor(benchmark::State& state, const velmorn::tool::CodeBoardSpec& board) {
+  const std::vector<BoardView>& all = views(board, state);
   std::vector<std::vector<BoardCorner>> corners(all.size());
   for (auto _ : state)
     for (std::size_t k = 0; k < all.size(); ++k)
@@ -104,7 +107,13 @@ void sizes(benchmark::internal::Benchmark* bench) {
   bench->ArgNames({"width", "height", "square"})->Unit(benchmark::kMillisecond);
 }
 
-BENCHMARK(extractor)->Apply(sizes);
+void fullFrames(benchmark::internal::Benchmark* bench) {
+  for (const std::int64_t square : {16, 20, 24, 32, 48}) bench->Args({2448, 2048, square});
+  bench->ArgNames({"width", "height", "square"})->Unit(benchmark::kMillisecond);
+}
+
+BENCHMARK_CAPTURE(extractor, board, boardSpec())->Apply(sizes);
+BENCHMARK_CAPTURE(extractor, full_frame, largeBoardSpec())->Apply(fullFrames);
 
 #ifdef VELMORN_BENCH_ARUCO
 
@@ -195,7 +204,7 @@ void addCharuco(const BoardView& view, const std::vector<cv::Point2f>& corners, 
 }
 
 void charuco(benchmark::State& state) {
-  const std::vector<BoardView>& all = views(state);
+  const std::vector<BoardView>& all = views(boardSpec(), state);
   const std::vector<cv::Mat> images = charucoImages(all);
   const auto board = charucoBoard();
   std::vector<std::vector<cv::Point2f>> found(all.size());

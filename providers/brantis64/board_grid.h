@@ -20,6 +20,20 @@ inline bool operator==(GridPoint p, GridPoint q) { return p.column == q.column &
 inline GridPoint operator+(GridPoint p, GridPoint q) {
   return {p.column + q.column, p.row + q.row};
 }
+inline GridPoint operator-(GridPoint p, GridPoint q) {
+  return {p.column - q.column, p.row - q.row};
+}
+inline GridPoint operator*(int factor, GridPoint p) { return {factor * p.column, factor * p.row}; }
+
+// What is left of either coordinate beyond the next lower multiple of `step`, 0 to step - 1.
+inline GridPoint operator%(GridPoint p, int step) {
+  return {(p.column % step + step) % step, (p.row % step + step) % step};
+}
+
+inline int distance2(GridPoint p, GridPoint q) {
+  const GridPoint apart = p - q;
+  return apart.column * apart.column + apart.row * apart.row;
+}
 
 // Squares whose column and row add up to an even number are white, so the square right of and below
 // a crossing is white where the crossing's own column and row do.
@@ -37,6 +51,10 @@ struct GridCorner {
   cv::Point2d pixel;
   double contrast = 0; // grey levels from black to white
 };
+
+inline bool rowsFirst(const GridCorner& p, const GridCorner& q) {
+  return p.at.row != q.at.row ? p.at.row < q.at.row : p.at.column < q.at.column;
+}
 
 // A value for every grid point near a centre.
 template <typename Value>
@@ -74,6 +92,11 @@ class CornerGrid {
 
   bool reaches(GridPoint p) const { return indices_.contains(p); }
 
+  // Columns or rows from one corner to the next at most: more than 1 where corners between known
+  // ones have been left out.
+  int spacing() const { return spacing_; }
+  void setSpacing(int spacing) { spacing_ = spacing; }
+
   // Null where no corner is known.
   const GridCorner* find(GridPoint p) const {
     if (!reaches(p) || indices_[p] == kNone) return nullptr;
@@ -101,6 +124,7 @@ class CornerGrid {
 
   GridMap<int> indices_;
   std::vector<GridCorner> corners_;
+  int spacing_ = 1;
 };
 
 } // namespace velmorn::brantis

@@ -39,7 +39,7 @@ bool CornerFitter::fit(const CornerTask& task, CornerFit& result) {
   Model model = startModel(task);
   const int unknowns = task.fitsBlur ? kUnknowns : kBlur;
   for (int iteration = 0;; ++iteration) {
-    linearise(model, task.radius);
+    linearise(model, task.radius, unknowns);
     Unknowns step;
     if (!solveStep(unknowns, step)) return false;
     const double largest =
@@ -86,7 +86,7 @@ CornerFitter::Model CornerFitter::startModel(const CornerTask& task) const {
 // Residuals and derivatives of every pixel. Where the edges do not meet at a right angle the
 // product of their profiles needs a term more, of first order in the cosine of the angle between
 // them.
-void CornerFitter::linearise(const Model& model, double radius) {
+void CornerFitter::linearise(const Model& model, double radius, int unknowns) {
   const auto f = [](double v) { return static_cast<float>(v); };
   const Line &row = model.rowLine, &column = model.columnLine;
   const double blur = model.value[kBlur];
@@ -103,7 +103,8 @@ void CornerFitter::linearise(const Model& model, double radius) {
   const float code1 = f(model.value[kFirstCode]), code2 = f(model.value[kSecondCode]);
 
   for (std::size_t block = 0; block < pixels_.size(); ++block) {
-    const PixelBlock& pixels = pixels_[block];
+    // A copy, which the results cannot overlap: the loops need no check for that.
+    const PixelBlock pixels = pixels_[block];
     EquationBlock& equations = equations_[block];
     auto& d = equations.derivative;
     for (std::size_t k = 0; k < kLanes; ++k) {
@@ -130,7 +131,7 @@ void CornerFitter::linearise(const Model& model, double radius) {
           pixels.grey[k] - (contrast * checker + level + (lightX * x + lightY * y) * inverseRadius +
                             code1 * pixels.firstCode[k] + code2 * pixels.secondCode[k]);
     }
-    for (int i = 0; i < kUnknowns; ++i)
+    for (int i = 0; i < unknowns; ++i)
       for (std::size_t k = 0; k < kLanes; ++k)
         equations.weighted[i][k] = d[i][k] * pixels.weight[k];
   }
@@ -139,9 +140,10 @@ void CornerFitter::linearise(const Model& model, double radius) {
 // The sums are kept in lanes of their own, as vectors add them up.
 bool CornerFitter::solveStep(int unknowns, Unknowns& step) {
   const auto sumOf = [](const Lanes& lanes) {
-    double sum = 0;
-    for (float lane : lanes) sum += static_cast<double>(lane);
-    return sum;
+    std::array<double, 4> sums{};
+    for (std::size_t k = 0; k < kLanes; k += 4)
+      for (std::size_t l = 0; l < 4; ++l) sums[l] += static_cast<double>(lanes[k + l]);
+    return (sums[0] + sums[1]) + (sums[2] + sums[3]);
   };
   for (int i = 0; i < unknowns; ++i) {
     for (int j = 0; j <= i; ++j) {

@@ -64,7 +64,7 @@ class CornerFitter {
 
   Model startModel(const CornerTask& task) const;
   static void turn(Line& line, double angle);
-  void linearise(const Model& model, double radius);
+  void linearise(const Model& model, double radius, int unknowns);
   bool solveStep(int unknowns, Unknowns& step);
   void judge(const Model& model, int unknowns, bool whiteLowerRight, CornerFit& result) const;
 

@@ -19,6 +19,33 @@ constexpr float kCodeError = 10;
 // The share of a pixel's light that comes from beyond an edge.
 inline float shareBeyond(float t) { return 0.5F + 0.5F * edgeProfile(t).value; }
 
+// A part of a row of pixels, from the crossing.
+struct Span {
+  double first;
+  double last;
+
+  // Leaves what keeps offset + slope x from low to high.
+  void clip(double offset, double slope, double low, double high) {
+    if (slope == 0) {
+      if (offset < low || offset > high) last = first - 1;
+      return;
+    }
+    const double x1 = (low - offset) / slope, x2 = (high - offset) / slope;
+    first = std::max(first, std::min(x1, x2));
+    last = std::min(last, std::max(x1, x2));
+  }
+};
+
+// The window's part of the row that is y below the crossing.
+Span spanOfRow(const CornerTask& task, const SquareCoordinates& squares, double y) {
+  const double half = std::sqrt(std::max(0.0, task.radius * task.radius - y * y));
+  const cv::Point2d atY = squares.at(0, y), step = squares.at(1, 0);
+  Span span{-half, half};
+  span.clip(atY.x, step.x, -task.reach.left, task.reach.right);
+  span.clip(atY.y, step.y, -task.reach.up, task.reach.down);
+  return span;
+}
+
 // The two codes next to a crossing lie in the white squares.
 void weighCodes(const CornerTask& task, std::size_t count, std::vector<PixelBlock>& window) {
   const SquareCoordinates squares(task.frame);
@@ -50,35 +77,27 @@ void weighCodes(const CornerTask& task, std::size_t count, std::vector<PixelBloc
 
 bool collectWindow(const cv::Mat1b& grey, const CornerTask& task, std::vector<PixelBlock>& window) {
   const cv::Point2d& centre = task.frame.pixel;
-  const int left = std::max(0, cvCeil(centre.x - task.radius));
-  const int right = std::min(grey.cols - 1, cvFloor(centre.x + task.radius));
   const int top = std::max(0, cvCeil(centre.y - task.radius));
   const int bottom = std::min(grey.rows - 1, cvFloor(centre.y + task.radius));
-  if (left > right || top > bottom) return false;
 
-  window.clear();
   const SquareCoordinates squares(task.frame);
-  const double radius2 = task.radius * task.radius;
   std::size_t count = 0;
   for (int row = top; row <= bottom; ++row) {
     const uchar* line = grey[row];
     const double y = row - centre.y;
-    for (int column = left; column <= right; ++column) {
-      const double x = column - centre.x;
-      if (x * x + y * y > radius2) continue;
-      const cv::Point2d p = squares.at(x, y);
-      if (p.x < -task.reach.left || p.x > task.reach.right || p.y < -task.reach.up ||
-          p.y > task.reach.down)
-        continue;
-      const std::size_t lane = count % kLanes;
-      if (lane == 0) window.emplace_back();
-      window.back().x[lane] = static_cast<float>(x);
-      window.back().y[lane] = static_cast<float>(y);
-      window.back().grey[lane] = static_cast<float>(line[column]);
-      ++count;
+    const Span span = spanOfRow(task, squares, y);
+    const int first = std::max(0, cvCeil(centre.x + span.first));
+    const int last = std::min(grey.cols - 1, cvFloor(centre.x + span.last));
+    for (int column = first; column <= last; ++column, ++count) {
+      if (count / kLanes == window.size()) window.emplace_back();
+      PixelBlock& pixels = window[count / kLanes];
+      pixels.x[count % kLanes] = static_cast<float>(column - centre.x);
+      pixels.y[count % kLanes] = static_cast<float>(y);
+      pixels.grey[count % kLanes] = static_cast<float>(line[column]);
     }
   }
   if (count < kMinPixels) return false;
+  window.resize((count + kLanes - 1) / kLanes);
   weighCodes(task, count, window);
   return true;
 }

@@ -5,19 +5,6 @@
 #include <limits>
 
 namespace velmorn::brantis {
-namespace {
-
-int distance2(GridPoint p, GridPoint q) {
-  const int dx = p.column - q.column, dy = p.row - q.row;
-  return dx * dx + dy * dy;
-}
-
-bool rowsFirst(const GridCorner& p, const GridCorner& q) {
-  return p.at.row != q.at.row ? p.at.row < q.at.row : p.at.column < q.at.column;
-}
-
-} // namespace
-
 std::vector<GridCorner> evenSpread(std::vector<GridCorner> corners, std::size_t most) {
   std::sort(corners.begin(), corners.end(), rowsFirst);
   if (corners.size() <= most) return corners;

@@ -27,6 +27,9 @@ constexpr std::size_t kFewestSeedCorners = 3; // one may lie outside the image
 constexpr std::size_t kTrialCorners = 24;     // found around the square in a trial
 constexpr std::size_t kSureCorners = 16;      // a trial with as many needs no further ones
 
+constexpr int kThinSpacing = 2; // squares between neighbours where the grid is grown thinly
+constexpr std::size_t kAll = std::numeric_limits<std::size_t>::max();
+
 // How much a place's support must have grown to be tried again, and how often in all.
 constexpr float kMoreSupport = 1.4F;
 
@@ -42,12 +45,12 @@ struct Candidate {
   }
 };
 
-// Known corners within two squares, the near ones counting more.
-float supportOf(const CornerGrid& grid, GridPoint at) {
+// Known corners within two steps of `spacing` squares, the near ones counting more.
+float supportOf(const CornerGrid& grid, GridPoint at, int spacing) {
   float support = 0;
   for (int dy = -2; dy <= 2; ++dy)
     for (int dx = -2; dx <= 2; ++dx)
-      if ((dx != 0 || dy != 0) && grid.find(at + GridPoint{dx, dy}) != nullptr)
+      if ((dx != 0 || dy != 0) && grid.find(at + spacing * GridPoint{dx, dy}) != nullptr)
         support += 1 / static_cast<float>(dx * dx + dy * dy);
   return support;
 }
@@ -66,12 +69,17 @@ double contrastAround(const CornerGrid& grid, GridPoint at) {
 
 class Growth {
  public:
-  Growth(CornerSearch& search, CornerGrid& grid)
-      : search_(search), grid_(grid), tried_(grid.corners().front().at, 0.0F) {
-    for (std::size_t i = 0; i < grid.corners().size(); ++i) addCandidates(grid.corners()[i].at);
-  }
+  // Which places are looked at.
+  enum class Places { kAll, kThin, kNotEnclosed };
 
-  void run(std::size_t most) {
+  Growth(CornerSearch& search, CornerGrid& grid)
+      : search_(search), grid_(grid), origin_(grid.corners().front().at), tried_(origin_, 0.0F) {}
+
+  void run(Places places, std::size_t most) {
+    places_ = places;
+    spacing_ = places == Places::kThin ? kThinSpacing : 1;
+    queue_ = {};
+    for (std::size_t i = 0; i < grid_.corners().size(); ++i) addCandidates(grid_.corners()[i].at);
     while (!queue_.empty() && grid_.corners().size() < most) {
       const Candidate candidate = queue_.top();
       queue_.pop();
@@ -86,10 +94,26 @@ class Growth {
   void addCandidates(GridPoint around) {
     for (int dy = -1; dy <= 1; ++dy)
       for (int dx = -1; dx <= 1; ++dx) {
-        const GridPoint at = around + GridPoint{dx, dy};
+        const GridPoint at = around + spacing_ * GridPoint{dx, dy};
         if (!grid_.reaches(at) || !tried_.contains(at) || grid_.find(at) != nullptr) continue;
-        queue_.push({supportOf(grid_, at), at});
+        if (isWanted(at)) queue_.push({supportOf(grid_, at, spacing_), at});
       }
+  }
+
+  bool isWanted(GridPoint at) const {
+    if (places_ == Places::kAll) return true;
+    const GridPoint beyondThin = (at - origin_) % kThinSpacing;
+    if (places_ == Places::kThin) return beyondThin == GridPoint{0, 0};
+    return !isEnclosed(at, beyondThin);
+  }
+
+  // Whether all the places of the thin grid around are known.
+  bool isEnclosed(GridPoint at, GridPoint beyondThin) const {
+    const GridPoint lower = at - beyondThin;
+    for (int row : {0, beyondThin.row == 0 ? 0 : kThinSpacing})
+      for (int column : {0, beyondThin.column == 0 ? 0 : kThinSpacing})
+        if (grid_.find(lower + GridPoint{column, row}) == nullptr) return false;
+    return true;
   }
 
   bool tryCandidate(GridPoint at) {
@@ -103,7 +127,10 @@ class Growth {
 
   CornerSearch& search_;
   CornerGrid& grid_;
+  GridPoint origin_;
   GridMap<float> tried_;
+  Places places_ = Places::kAll;
+  int spacing_ = 1; // squares from a known corner to the places looked at
   std::priority_queue<Candidate> queue_;
 };
 
@@ -144,7 +171,17 @@ bool findSeedCorners(CornerSearch& search, const SeedSquare& square, CornerGrid&
 
 void growGrid(CornerSearch& search, CornerGrid& grid, std::size_t most) {
   if (grid.corners().empty()) return;
-  Growth(search, grid).run(most);
+  Growth(search, grid).run(Growth::Places::kAll, most);
+}
+
+void growOverBoard(CornerSearch& search, CornerGrid& grid, std::size_t dense) {
+  if (grid.corners().empty()) return;
+  Growth growth(search, grid);
+  growth.run(Growth::Places::kAll, dense);
+  if (grid.corners().size() < dense) return;
+  growth.run(Growth::Places::kThin, kAll);
+  growth.run(Growth::Places::kNotEnclosed, kAll);
+  grid.setSpacing(kThinSpacing);
 }
 
 } // namespace velmorn::brantis

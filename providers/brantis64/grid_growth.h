@@ -20,6 +20,11 @@ bool findSeedCorners(CornerSearch& search, const SeedSquare& square, CornerGrid&
 void growGrid(CornerSearch& search, CornerGrid& grid,
               std::size_t most = std::numeric_limits<std::size_t>::max());
 
+// The same over all of a board. Once the grid has `dense`, only every second column and row is
+// looked at, but for the corners outside those: the rim of the board, of the image and of what
+// hides the board.
+void growOverBoard(CornerSearch& search, CornerGrid& grid, std::size_t dense);
+
 } // namespace velmorn::brantis
 
 #endif // VELMORN64_PROVIDERS_BRANTIS64_GRID_GROWTH_H

@@ -14,14 +14,20 @@ namespace {
 constexpr double kPixels = 0.7;
 constexpr double kSquares = 0.025;
 constexpr double kSquaresAtRim = 0.06; // where the neighbours lie on one side
-constexpr int kFewNeighbours = 12;     // of 24 within two squares
+constexpr int kFewNeighbours = 12;     // of 24 within two steps
 
-int neighbourCount(const CornerGrid& grid, GridPoint at) {
+int neighbourCount(const CornerGrid& grid, GridPoint at, int spacing) {
   int count = -1; // without itself
   for (int dy = -2; dy <= 2; ++dy)
     for (int dx = -2; dx <= 2; ++dx)
-      if (grid.find(at + GridPoint{dx, dy}) != nullptr) ++count;
+      if (grid.find(at + spacing * GridPoint{dx, dy}) != nullptr) ++count;
   return count;
+}
+
+bool isAtRim(const CornerGrid& grid, GridPoint at) {
+  for (int spacing = 1; spacing <= grid.spacing(); ++spacing)
+    if (neighbourCount(grid, at, spacing) >= kFewNeighbours) return false;
+  return true;
 }
 
 // How far a corner is from its prediction, by what is allowed.
@@ -30,8 +36,8 @@ double error(const CornerGrid& grid, const GridCorner& corner) {
   if (!predictCorner(grid, corner.at, frame)) return std::numeric_limits<double>::infinity();
   const cv::Point2d off = corner.pixel - frame.pixel;
   const double side = std::sqrt(std::abs(frame.columnStep.cross(frame.rowStep)));
-  const bool isAtRim = neighbourCount(grid, corner.at) < kFewNeighbours;
-  return std::hypot(off.x, off.y) / (kPixels + (isAtRim ? kSquaresAtRim : kSquares) * side);
+  const double squares = isAtRim(grid, corner.at) ? kSquaresAtRim : kSquares;
+  return std::hypot(off.x, off.y) / (kPixels + squares * side);
 }
 
 // A wrong corner makes its neighbours err too, but less than itself.

@@ -17,8 +17,8 @@ constexpr int kMaxBendReach = 5;
 constexpr double kFinalTolerance = 0.01; // pixels
 
 // How far to use the pattern in one direction, squares.
-double reachTowards(bool nextIsKnown, double blurInSquares) {
-  if (nextIsKnown) return std::clamp(1 - 3 * blurInSquares, 0.4, 0.75);
+double reachTowards(bool goesOn, double blurInSquares) {
+  if (goesOn) return std::clamp(1 - 3 * blurInSquares, 0.4, 0.75);
   return std::max(0.3, 0.5 - 2 * blurInSquares);
 }
 
@@ -36,10 +36,13 @@ double lineBend(const CornerGrid& grid, GridPoint at, GridPoint step, int reach,
   const GridCorner *first = centre, *last = centre;
   std::vector<cv::Point2d> pixels{centre->pixel};
   for (int sign : {-1, 1})
-    for (int k = 1; k <= reach; ++k) {
-      const GridCorner* next =
-          grid.find({at.column + sign * k * step.column, at.row + sign * k * step.row});
-      if (next == nullptr) break;
+    for (int k = 1, missing = 0; k <= reach && missing < grid.spacing(); ++k) {
+      const GridCorner* next = grid.find(at + sign * k * step);
+      if (next == nullptr) {
+        ++missing;
+        continue;
+      }
+      missing = 0;
       pixels.push_back(next->pixel);
       (sign < 0 ? first : last) = next;
     }
@@ -68,8 +71,10 @@ bool chooseWindow(const CornerGrid& grid, const GridCorner& corner, double blur,
   frame.pixel = corner.pixel;
   const SquareCoordinates squares(frame);
   const double blurAcross = blur / squares.columnWidth(), blurDown = blur / squares.rowHeight();
-  const auto known = [&](int column, int row) {
-    return grid.find(corner.at + GridPoint{column, row}) != nullptr;
+  const auto goesOn = [&](GridPoint step) {
+    for (int k = 1; k <= grid.spacing(); ++k)
+      if (grid.find(corner.at + k * step) != nullptr) return true;
+    return false;
   };
 
   task = CornerTask{};
@@ -79,10 +84,10 @@ bool chooseWindow(const CornerGrid& grid, const GridCorner& corner, double blur,
   task.contrast = corner.contrast;
   task.radius = kRadius;
   task.tolerance = kFinalTolerance;
-  task.reach.left = reachTowards(known(-1, 0), blurAcross);
-  task.reach.right = reachTowards(known(1, 0), blurAcross);
-  task.reach.up = reachTowards(known(0, -1), blurDown);
-  task.reach.down = reachTowards(known(0, 1), blurDown);
+  task.reach.left = reachTowards(goesOn({-1, 0}), blurAcross);
+  task.reach.right = reachTowards(goesOn({1, 0}), blurAcross);
+  task.reach.up = reachTowards(goesOn({0, -1}), blurDown);
+  task.reach.down = reachTowards(goesOn({0, 1}), blurDown);
   task.rowLineBend = lineBend(grid, corner.at, {1, 0}, bendReach(frame.columnStep), frame.rowStep);
   task.columnLineBend =
       lineBend(grid, corner.at, {0, 1}, bendReach(frame.rowStep), frame.columnStep);

@@ -98,6 +98,9 @@ TEST_F(HalfTurnProcess, RefusesCamerasThatDisagree) {
   EXPECT_THAT(result.err, AllOf(HasSubstr("looks the same after half a turn"),
                                 HasSubstr("cameras \"B\" and \"A\" probably disagree")));
   EXPECT_FALSE(std::filesystem::exists(dir() / "result.json"));
+  const ProcessResult check = runProcess(VELMORN_TOOL, {"check", "result.json"}, dir());
+  EXPECT_EQ(check.status, 3);
+  EXPECT_THAT(check.out, HasSubstr("take the board for turned by half a turn"));
 }
 
 TEST_F(HalfTurnProcess, WarnsOnlyWhereTheCamerasAgree) {

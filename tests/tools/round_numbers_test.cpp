@@ -45,5 +45,12 @@ TEST(RoundNumbers, ShowsShortNumbers) {
   EXPECT_EQ(shortNumberText(-0.0), "0");
 }
 
+TEST(RoundNumbers, ShowsRoughNumbers) {
+  EXPECT_EQ(roughNumberText(0.287912), "0.288");
+  EXPECT_EQ(roughNumberText(12.34), "12.3");
+  EXPECT_EQ(roughNumberText(1234.56), "1235");
+  EXPECT_EQ(roughNumberText(0), "0");
+}
+
 } // namespace
 } // namespace velmorn::tool

@@ -1,6 +1,7 @@
 // The tool's command line.
 #include "velmorn/command_line.h"
 
+#include <filesystem>
 #include <iostream>
 
 #include <CLI/CLI.hpp>
@@ -10,10 +11,12 @@
 #include "velmorn/arguments.h"
 #include "velmorn/board.h"
 #include "velmorn/board_arguments.h"
+#include "velmorn/check_command.h"
 #include "velmorn/depth_arguments.h"
 #include "velmorn/extrinsic_arguments.h"
 #include "velmorn/intrinsics_command.h"
 #include "velmorn/plane_arguments.h"
+#include "velmorn/rig_file.h"
 #include "velmorn/stitch_command.h"
 #include "velmorn/tool_error.h"
 
@@ -42,8 +45,20 @@ constexpr const char* kStitchExample =
     "A data-code board is \"board\": \"data-code\", with min_corners (12) and without square and\n"
     "min_images.\n"
     "One number of a plain board should be odd, one even: others look the same after half a turn.\n"
+    "Without a rig file, from a folder with a folder of images per camera:\n"
+    "  velmorn stitch rig --board 9x6 --square 25\n"
+    "with rig/left/board-01.png and so on; images of equal names show one board position, and\n"
+    "rig/left/intrinsics.yml is made from them when it is not there.\n"
     "Paths in the file are relative to it. Image j of every camera shows the same board position.\n"
     "velmorn.log and, with save_corner_images, chessImgs/ come into the working directory.";
+
+constexpr const char* kCheckExample =
+    "Example:\n"
+    "  velmorn check result.json\n"
+    "\n"
+    "Exit status 0: the result can be used; 3: it is not to be trusted. When the run failed, what "
+    "it\n"
+    "found (result-failed.json) is checked.";
 
 // Nothing on the standard error but the tool's own lines: its messages say what OpenCV's would.
 void silenceOpenCv() {
@@ -74,13 +89,41 @@ void addIntrinsics(CLI::App& app, std::string& board, double& square, Intrinsics
   });
 }
 
+// A rig file says what the board is; a folder does not.
+void requireBoardOfFolder(const StitchOptions& options) {
+  if (!std::filesystem::is_directory(options.rig)) {
+    if (!options.board.empty() || options.square != 0)
+      throw CLI::ValidationError("--board and --square are for a folder; the rig file says them");
+    return;
+  }
+  const bool hasDataCodes = options.board == kDataCodeBoard;
+  if (!hasDataCodes && !parseBoard(options.board))
+    throw CLI::ValidationError("--board", "of a folder is data-code or " + boardRule());
+  if (hasDataCodes != (options.square == 0) || (!hasDataCodes && !usableSquare(options.square)))
+    throw CLI::ValidationError("--square", "of a folder is a length above 0, for a plain board");
+}
+
 void addStitch(CLI::App& app, StitchOptions& options) {
   CLI::App& command = *app.add_subcommand(
       "stitch", "Compute the transform between every camera of a rig and its base camera");
-  command.add_option("rig", options.rig, "Rig file, JSON")->required()->check(CLI::ExistingFile);
+  command.add_option("rig", options.rig, "Rig file, JSON, or a folder with a folder per camera")
+      ->required()
+      ->check(CLI::ExistingPath);
+  command.add_option("--board", options.board,
+                     "Of a folder: inner corners per row and column, WxH, or data-code");
+  command.add_option("--square", options.square, "Of a folder: side of a square, LENGTH");
+  command.callback([&] { requireBoardOfFolder(options); });
   command.add_option("-o,--output", options.output, "Result file to write, JSON")
       ->capture_default_str();
   command.footer(kStitchExample);
+}
+
+void addCheck(CLI::App& app, CheckOptions& options) {
+  CLI::App& command = *app.add_subcommand(
+      "check", "Say whether a calibration is good enough, and what to do if it is not");
+  command.add_option("results", options.results, "Result files that velmorn stitch wrote")
+      ->required();
+  command.footer(kCheckExample);
 }
 
 int reportFailure(const std::string& reason) {
@@ -88,13 +131,13 @@ int reportFailure(const std::string& reason) {
   return kExitFailed;
 }
 
-// Runs a command; whatever stops it becomes one line.
+// Runs a command, which gives the exit status; whatever stops it becomes one line.
 template <typename Command>
 int runCommand(Command&& command) {
   try {
-    command();
+    const int status = command();
     std::cout.flush();
-    return std::cout ? kExitSuccess : reportFailure("cannot write to the standard output");
+    return std::cout ? status : reportFailure("cannot write to the standard output");
   } catch (const ToolError& error) {
     return reportFailure(error.what());
   } catch (const cv::Exception& error) {
@@ -113,6 +156,7 @@ struct CommandLine {
   double square = 0;
   IntrinsicsOptions intrinsics;
   StitchOptions stitch;
+  CheckOptions check;
   PlaneOptions plane;
   PlatformOptions platform;
   ExtrinsicOptions extrinsic;
@@ -135,6 +179,7 @@ CommandLine::CommandLine() {
   app.require_subcommand(1);
   addIntrinsics(app, board, square, intrinsics);
   addStitch(app, stitch);
+  addCheck(app, check);
   addPlane(app, plane);
   addPlatform(app, platform);
   addExtrinsic(app, extrinsic);
@@ -150,6 +195,7 @@ int CommandLine::run() const {
   return runCommand([&] {
     if (app.got_subcommand("intrinsics")) runIntrinsics(intrinsics);
     if (app.got_subcommand("stitch")) runStitch(stitch);
+    if (app.got_subcommand("check") && !runCheck(check)) return kExitNotTrusted;
     if (app.got_subcommand("plane")) runPlane(plane);
     if (app.got_subcommand("platform")) runPlatform(platform);
     if (app.got_subcommand("extrinsic")) runExtrinsic(extrinsic);
@@ -159,6 +205,7 @@ int CommandLine::run() const {
     if (app.got_subcommand("field")) runField(field);
     if (app.got_subcommand("board")) runBoard(print);
     if (app.got_subcommand("corners")) runCorners(corners);
+    return kExitSuccess;
   });
 }
 

@@ -12,8 +12,9 @@ namespace velmorn::tool {
 
 // Exit statuses.
 constexpr int kExitSuccess = 0;
-constexpr int kExitFailed = 1; // the run failed; the last line on the standard error says why
-constexpr int kExitUsage = 2;  // the command line is wrong
+constexpr int kExitFailed = 1;     // the run failed; the last line on the standard error says why
+constexpr int kExitUsage = 2;      // the command line is wrong
+constexpr int kExitNotTrusted = 3; // the check did not trust a result
 
 // The commands with their options and help texts, to be looked at.
 std::shared_ptr<const CLI::App> unparsedCommandLine();

@@ -4,7 +4,6 @@
 #include <algorithm>
 #include <cmath>
 #include <filesystem>
-#include <system_error>
 
 #include <nlohmann/json.hpp>
 
@@ -23,12 +22,12 @@ constexpr double kPixelDigits = 1e4; // corners are written to four places
 
 namespace fs = std::filesystem;
 
-// The path as seen from the folder; as it is when it cannot be seen from there.
+fs::path wholePath(const fs::path& path) { return fs::absolute(path).lexically_normal(); }
+
+// The path as seen from the folder, whether it exists or not.
 std::string seenFrom(const fs::path& folder, const std::string& path) {
   if (path.empty()) return path;
-  std::error_code error;
-  const fs::path relative = fs::proximate(path, folder.empty() ? "." : folder, error);
-  return error ? path : relative.string();
+  return wholePath(path).lexically_proximate(wholePath(folder.empty() ? "." : folder)).string();
 }
 
 Json sizeJson(cv::Size size) {

@@ -21,7 +21,6 @@ constexpr int kDefaultMinImages = 3;
 constexpr std::size_t kMinCameras = 2;
 constexpr std::size_t kMaxIdBytes = sizeof(OzKStitchCstring::str) - 1;
 constexpr const char* kAutoBaseText = "auto";
-constexpr const char* kDataCodeText = "data-code"; // in place of a plain board's corners
 constexpr int kDataCodeMinImages = 1;
 constexpr int kDefaultMinCorners = 12;
 constexpr int kFewestMinCorners = 4; // a pose needs so many
@@ -30,7 +29,7 @@ constexpr int kMostMinCorners = 512; // the library returns no more for an image
 tagOzKSize boardFrom(const JsonObject& rig) {
   const std::optional<tagOzKSize> board = parseBoard(rig.text("board"));
   if (!board) {
-    rig.fail("\"board\" has to be " + inQuotes(kDataCodeText) + " or " + boardRule());
+    rig.fail("\"board\" has to be " + inQuotes(kDataCodeBoard) + " or " + boardRule());
   }
   return *board;
 }
@@ -155,12 +154,14 @@ void requireEnoughImages(const Rig& rig) {
                   counted(images, "image"));
 }
 
-Rig rigFrom(const json& value, const fs::path& folder) {
+} // namespace
+
+Rig parseRig(const json& value, const std::string& folder) {
   const JsonObject object(
       value, "",
       {"board", "square", "min_images", "min_corners", "base", "save_corner_images", "cameras"});
   Rig rig;
-  if (object.text("board") == kDataCodeText) {
+  if (object.text("board") == kDataCodeBoard) {
     takeDataCodeBoard(object, rig);
   } else {
     takePlainBoard(object, rig);
@@ -168,17 +169,20 @@ Rig rigFrom(const json& value, const fs::path& folder) {
   rig.saveCornerImages = object.flag("save_corner_images", false);
   rig.cameras = camerasFrom(object, folder);
   rig.base = baseFrom(object, rig.cameras);
-  requireEqualImageCounts(rig.cameras);
-  requireEnoughImages(rig);
   return rig;
 }
 
-} // namespace
+void requireUsableImages(const Rig& rig) {
+  requireEqualImageCounts(rig.cameras);
+  requireEnoughImages(rig);
+}
 
 Rig readRig(const std::string& path) {
   const std::string text = readWholeFile(path);
   try {
-    return rigFrom(parseJson(text), fs::path(path).parent_path());
+    Rig rig = parseRig(parseJson(text), fs::path(path).parent_path().string());
+    requireUsableImages(rig);
+    return rig;
   } catch (const ToolError& error) {
     throw ToolError(path + ": " + error.what());
   }

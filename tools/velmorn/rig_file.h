@@ -5,6 +5,8 @@
 #include <string>
 #include <vector>
 
+#include <nlohmann/json_fwd.hpp>
+
 #include "velmorn/camera_file.h"
 #include "velmorn64.h"
 
@@ -12,6 +14,9 @@ namespace velmorn::tool {
 
 // What the library takes to choose the base itself.
 constexpr int kAutoBase = -1;
+
+// In place of a plain board's inner corners.
+constexpr const char* kDataCodeBoard = "data-code";
 
 struct RigCamera {
   std::string id;
@@ -35,6 +40,14 @@ struct Rig {
 // folder. Throws ToolError that names the file, and the camera or key, for anything that a run
 // could not use.
 Rig readRig(const std::string& path);
+
+// The same from the file's content, with paths relative to `folder`; without requireUsableImages.
+// Throws ToolError that names the camera or key.
+Rig parseRig(const nlohmann::json& content, const std::string& folder);
+
+// Throws ToolError when the cameras' lists of images differ in length or are too short to link two
+// cameras.
+void requireUsableImages(const Rig& rig);
 
 } // namespace velmorn::tool
 

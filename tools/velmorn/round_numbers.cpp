@@ -55,4 +55,10 @@ std::string numberText(double value, double step) {
 
 std::string shortNumberText(double value) { return formatted("%.*g", 7, value + 0); }
 
+std::string roughNumberText(double value) {
+  constexpr int kDigits = 3;
+  const bool isLarge = std::abs(value) >= std::pow(10.0, kDigits);
+  return isLarge ? formatted("%.*f", 0, value) : formatted("%.*g", kDigits, value + 0);
+}
+
 } // namespace velmorn::tool

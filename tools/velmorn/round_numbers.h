@@ -21,6 +21,9 @@ std::string numberText(double value, double step);
 // The number in up to seven digits, without zeros at the end.
 std::string shortNumberText(double value);
 
+// The number in three digits, or all digits before the point when there are more.
+std::string roughNumberText(double value);
+
 } // namespace velmorn::tool
 
 #endif // VELMORN64_TOOLS_ROUND_NUMBERS_H

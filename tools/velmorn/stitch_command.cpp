@@ -6,6 +6,8 @@
 #include <system_error>
 
 #include "velmorn/atomic_file.h"
+#include "velmorn/board.h"
+#include "velmorn/calibration.h"
 #include "velmorn/grey_image.h"
 #include "velmorn/half_turn.h"
 #include "velmorn/plain_shots.h"
@@ -13,6 +15,8 @@
 #include "velmorn/result_file.h"
 #include "velmorn/result_table.h"
 #include "velmorn/rig_file.h"
+#include "velmorn/rig_folder.h"
+#include "velmorn/round_numbers.h"
 #include "velmorn/stitch_run.h"
 #include "velmorn/tool_error.h"
 
@@ -51,6 +55,34 @@ void warnAboutSizes(const Rig& rig) {
   }
 }
 
+// The camera file that a camera's folder lacks, from the images of the board in it.
+void calibrateCamera(const Rig& board, const std::vector<std::string>& images,
+                     const std::string& output) {
+  std::size_t number = 0;
+  const BoardViews views = findBoardViews(images, board.board, [&](const BoardView& view) {
+    printProgress(++number, images.size(), fileName(view.path),
+                  view.problem.empty() ? "board found" : view.problem);
+  });
+  const Calibration found = calibrate(views, board.board, board.square);
+  writeFileAtomically(output, cameraFileText(found));
+  printWarning("no camera file was there; " + output + " written, from " +
+               counted(usableCount(views), "image") + " of the board, rms error " +
+               roughNumberText(found.reprojectionRms) + " pixels");
+}
+
+Rig rigOf(const StitchOptions& options) {
+  if (!std::filesystem::is_directory(options.rig)) return readRig(options.rig);
+  Rig board;
+  if (options.board != kDataCodeBoard) {
+    board.board = *parseBoard(options.board);
+    board.square = *usableSquare(options.square);
+  }
+  return readRigFolder(options.rig, options.board, options.square,
+                       [&](const std::vector<std::string>& images, const std::string& output) {
+                         calibrateCamera(board, images, output);
+                       });
+}
+
 // Findings of a run before this one must not be taken for this one's.
 void removeOldFindings(const std::string& output) {
   std::error_code ignored;
@@ -73,7 +105,7 @@ StitchedRig stitchChecked(const Rig& rig) {
 } // namespace
 
 void runStitch(const StitchOptions& options) {
-  const Rig rig = readRig(options.rig);
+  const Rig rig = rigOf(options);
   requireWritable(options.output);
   removeOldFindings(options.output);
   warnAboutSizes(rig);

@@ -7,7 +7,9 @@
 namespace velmorn::tool {
 
 struct StitchOptions {
-  std::string rig;                    // rig file
+  std::string rig;                    // rig file, or a folder with a folder per camera
+  std::string board;                  // of a folder: inner corners or "data-code"
+  double square = 0;                  // of a folder and a plain board: side of a square
   std::string output = "result.json"; // result file to write
 };
 

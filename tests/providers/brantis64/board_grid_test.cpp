@@ -35,6 +35,20 @@ TEST(CornerGrid, ReachesSoFar) {
   EXPECT_EQ(grid.find({-2000000000, 2000000000}), nullptr);
 }
 
+TEST(GridPoint, RestIsNeverNegative) {
+  EXPECT_EQ((GridPoint{5, 4} % 2), (GridPoint{1, 0}));
+  EXPECT_EQ((GridPoint{-5, -4} % 2), (GridPoint{1, 0}));
+  EXPECT_EQ((GridPoint{-1, -3} % 3), (GridPoint{2, 0}));
+}
+
+TEST(GridPoint, OrdersByRowsFirst) {
+  const GridCorner first{{5, 0}, {}, 0}, second{{1, 1}, {}, 0}, third{{2, 1}, {}, 0};
+  EXPECT_TRUE(rowsFirst(first, second));
+  EXPECT_TRUE(rowsFirst(second, third));
+  EXPECT_FALSE(rowsFirst(third, first));
+  EXPECT_FALSE(rowsFirst(third, third));
+}
+
 TEST(WhiteLowerRight, FollowsTheSquares) {
   EXPECT_TRUE(whiteLowerRight({0, 0})); // square (1, 1) is white
   EXPECT_FALSE(whiteLowerRight({1, 0}));

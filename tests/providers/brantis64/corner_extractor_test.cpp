@@ -137,6 +137,53 @@ TEST(ExtractCorners, SpreadsFiveHundredAndTwelve) {
   EXPECT_GE(*std::min_element(perTile.begin(), perTile.end()), 4);
 }
 
+// Far more corners than are handed out, so that most are not even searched.
+TEST(ExtractCorners, SpreadsThemOverThousands) {
+  ViewOptions options;
+  options.imageSize = {1400, 1100};
+  options.board = {110, 100, 20};
+  options.squarePixels = 16;
+  options.roll = 25;
+  options.tilt = 10;
+  const BoardView view = makeView(options);
+  const std::vector<CodeBoardCorner> visible = view.visibleCorners(5);
+  ASSERT_GT(visible.size(), 5000U);
+
+  const std::vector<BoardCorner> corners = cornersOf(view);
+  EXPECT_EQ(corners.size(), kMostCorners);
+  const Comparison comparison = compare(view, corners);
+  EXPECT_EQ(comparison.wrong, 0U);
+  EXPECT_LE(comparison.rms, 0.03);
+  // Evenly would be every third or fourth square either way.
+  const auto squares = [&](cv::Point2f p) { return cv::norm(p) / view.board.square; };
+  double farthest = 0;
+  for (const CodeBoardCorner& v : visible) {
+    double nearest = 1e9;
+    for (const BoardCorner& c : corners)
+      nearest = std::min(nearest, squares(c.onBoard - v.onBoard));
+    farthest = std::max(farthest, nearest);
+  }
+  EXPECT_LE(farthest, 4.5);
+  // Something at each of the image's borders.
+  std::array<int, 4> atBorder{};
+  for (const BoardCorner& c : corners) {
+    const auto width = static_cast<float>(view.image.cols - 1);
+    const auto height = static_cast<float>(view.image.rows - 1);
+    const std::array<float, 4> distances{c.pixel.x, width - c.pixel.x, c.pixel.y,
+                                         height - c.pixel.y};
+    for (std::size_t k = 0; k < 4; ++k)
+      if (distances[k] < 20) ++atBorder[k];
+  }
+  EXPECT_GE(*std::min_element(atBorder.begin(), atBorder.end()), 10);
+
+  std::vector<BoardCorner> again = cornersOf(view);
+  ASSERT_EQ(again.size(), corners.size());
+  for (std::size_t i = 0; i < corners.size(); ++i) {
+    EXPECT_EQ(again[i].onBoard, corners[i].onBoard);
+    EXPECT_EQ(again[i].pixel, corners[i].pixel);
+  }
+}
+
 TEST(ExtractCorners, FindsAllInADimImage) {
   BoardView view = makeView({});
   view.image.convertTo(view.image, CV_8U, 0.18, 10); // 36 grey levels from black to white

@@ -71,6 +71,66 @@ TEST(GrowGrid, CoversTheBoardAndNothingBeside) {
   EXPECT_EQ(start.grid.corners().size(), 9U * 7U);
 }
 
+// 1300 corners in the image, on all sides up to its borders.
+ViewOptions manyCorners() {
+  ViewOptions options;
+  options.imageSize = {820, 620};
+  options.board = {60, 50, 20};
+  options.squarePixels = 20;
+  options.roll = 20;
+  options.tilt = 25;
+  return options;
+}
+
+// Itself or a direct neighbour.
+bool isNearAKnownOne(const CornerGrid& grid, GridPoint at) {
+  for (int dy = -1; dy <= 1; ++dy)
+    for (int dx = -1; dx <= 1; ++dx)
+      if (grid.find(at + GridPoint{dx, dy}) != nullptr) return true;
+  return false;
+}
+
+TEST(GrowOverBoard, IsTheFullGrowthBelowTheDenseNumber) {
+  Start full(manyCorners());
+  ASSERT_TRUE(findSeedCorners(full.search, full.square, full.grid));
+  CornerGrid grid = full.grid;
+  growGrid(full.search, full.grid);
+  growOverBoard(full.search, grid, full.grid.corners().size() + 1);
+  EXPECT_EQ(grid.spacing(), 1);
+  ASSERT_EQ(grid.corners().size(), full.grid.corners().size());
+  for (std::size_t i = 0; i < grid.corners().size(); ++i) {
+    EXPECT_EQ(grid.corners()[i].at, full.grid.corners()[i].at);
+    EXPECT_EQ(grid.corners()[i].pixel, full.grid.corners()[i].pixel);
+  }
+}
+
+TEST(GrowOverBoard, GrowsThinlyAboveUpToEveryRim) {
+  Start full(manyCorners());
+  const cv::Rect hidden(500, 150, 120, 90);
+  full.view.image(hidden).setTo(200);
+  ASSERT_TRUE(findSeedCorners(full.search, full.square, full.grid));
+  CornerGrid grid = full.grid;
+  growGrid(full.search, full.grid);
+  growOverBoard(full.search, grid, 120);
+  EXPECT_EQ(grid.spacing(), 2);
+  EXPECT_LT(grid.corners().size(), full.grid.corners().size() / 2);
+  for (const GridCorner& corner : grid.corners()) {
+    const GridCorner* same = full.grid.find(corner.at);
+    ASSERT_NE(same, nullptr);
+    EXPECT_LT(cv::norm(corner.pixel - same->pixel), 0.2);
+  }
+  for (const GridCorner& corner : full.grid.corners())
+    EXPECT_TRUE(isNearAKnownOne(grid, corner.at)) << corner.pixel;
+}
+
+TEST(GrowOverBoard, DoesNothingWithoutAStart) {
+  const cv::Mat1b image(50, 50, uchar{128});
+  CornerSearch search(image);
+  CornerGrid grid({0, 0});
+  growOverBoard(search, grid, 0);
+  EXPECT_TRUE(grid.corners().empty());
+}
+
 TEST(GrowGrid, DoesNothingWithoutAStart) {
   const cv::Mat1b image(50, 50, uchar{128});
   CornerSearch search(image);

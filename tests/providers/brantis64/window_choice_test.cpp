@@ -43,6 +43,37 @@ TEST(ChooseWindow, ReachesAsFarAsThePatternIsKnown) {
   EXPECT_EQ(task.contrast, 200);
 }
 
+// Every second column and row only.
+CornerGrid thinGrid(double bend, int columns, int rows) {
+  CornerGrid grid = bentGrid(bend, columns, rows);
+  for (int row = 0; row < rows; ++row)
+    for (int column = 0; column < columns; ++column)
+      if (!(GridPoint{column, row} % 2 == GridPoint{0, 0})) grid.erase({column, row});
+  return grid;
+}
+
+TEST(LineBend, StopsAtAHoleUnlessTheGridIsThin) {
+  CornerGrid grid = thinGrid(2e-4, 9, 5);
+  EXPECT_EQ(lineBend(grid, {4, 2}, {1, 0}, 4, {0, 1}), 0);
+  grid.setSpacing(2);
+  EXPECT_NEAR(lineBend(grid, {4, 2}, {1, 0}, 4, {0, 1}), 2e-4, 1e-5);
+  grid.erase({6, 2}); // three in a row are missing
+  EXPECT_NEAR(lineBend(grid, {4, 2}, {1, 0}, 4, {0, 1}), 2e-4, 1e-5);
+  grid.erase({2, 2});
+  EXPECT_EQ(lineBend(grid, {4, 2}, {1, 0}, 4, {0, 1}), 0);
+}
+
+TEST(ChooseWindow, ReachesOverTheHolesOfAThinGrid) {
+  CornerGrid grid = thinGrid(0, 7, 7);
+  grid.setSpacing(2);
+  CornerTask task;
+  ASSERT_TRUE(chooseWindow(grid, *grid.find({0, 2}), 1, task));
+  EXPECT_NEAR(task.reach.left, 0.45, 0.01); // nothing there
+  EXPECT_EQ(task.reach.right, 0.75);
+  EXPECT_EQ(task.reach.up, 0.75);
+  EXPECT_EQ(task.reach.down, 0.75);
+}
+
 TEST(ChooseWindow, NeedsNeighbours) {
   CornerGrid grid({0, 0});
   grid.insert({{0, 0}, {5, 5}, 200});
