@@ -24,7 +24,7 @@ file(RELATIVE_PATH prefix_from_pkgconfig /${CMAKE_INSTALL_LIBDIR}/pkgconfig /)
 configure_file(cmake/velmorn64.pc.in velmorn64.pc @ONLY)
 install(FILES ${CMAKE_CURRENT_BINARY_DIR}/velmorn64.pc
         DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig COMPONENT development)
-install(DIRECTORY examples/consumer
+install(DIRECTORY examples/consumer examples/hosts
         DESTINATION ${CMAKE_INSTALL_DATAROOTDIR}/doc/velmorn64-dev/examples COMPONENT development)
 
 if(VELMORN64_BUILD_TOOLS)
