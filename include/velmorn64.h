@@ -646,9 +646,9 @@ VELMORN64_API void releaseAerialViewImg(tagOzKImage* image);
 // height gives infinities or NaN where it divides.
 //
 // region       the region, length unit
-// imageWidth   columns of the image
-// imageHeight  rows
-// out          out
+// imageWidth, imageHeight             columns and rows of the image
+// imageRect, measureRect, imagePoint  what is converted
+// out          out, what it is converted to
 //
 // A rectangle given with x1 > x2 or y1 > y2 counts as the one with these two exchanged.
 //
@@ -814,7 +814,7 @@ VELMORN64_API int ozkCalFieldSizeByWorkdistance(int imageWidth, int imageHeight,
 // gridWidth      out, columns
 // gridHeight     out, rows
 // keepHighest    0: lowest z; else: highest z
-// minPointCount  least number of points, in the region or not
+// pointCount, minPointCount  number of points, in the region or not, and the least one
 // maxGridSize    largest gridWidth and gridHeight
 //
 // When several neighbours have a value to give in the same step, the one below (larger y) goes

@@ -150,10 +150,11 @@ int runCommand(Command&& command) {
   }
 }
 
-} // namespace
+// The commands with what their options are read into.
+struct CommandLine {
+  CommandLine();
+  int run() const; // the parsed command; returns the exit status
 
-int runCommandLine(int argc, const char* const* argv) {
-  silenceOpenCv();
   std::string board;
   double square = 0;
   IntrinsicsOptions intrinsics;
@@ -172,10 +173,13 @@ int runCommandLine(int argc, const char* const* argv) {
   SimulateOptions simulate;
   ReportOptions report;
 
-  CLI::App app(
+  CLI::App app{
       "Rigid transforms between cameras, and from cameras to planes and platforms; views from "
       "above, averages and backgrounds of depth data",
-      "velmorn");
+      "velmorn"};
+};
+
+CommandLine::CommandLine() {
   app.set_version_flag("--version", std::string("velmorn ") + VELMORN64_VERSION);
   app.footer("velmorn COMMAND --help shows the options and an example of a command.");
   app.require_subcommand(1);
@@ -194,11 +198,9 @@ int runCommandLine(int argc, const char* const* argv) {
   addCorners(app, corners);
   addSimulate(app, simulate);
   addReport(app, report);
-  try {
-    app.parse(argc, argv);
-  } catch (const CLI::ParseError& error) {
-    return app.exit(error) == 0 ? kExitSuccess : kExitUsage;
-  }
+}
+
+int CommandLine::run() const {
   return runCommand([&] {
     if (app.got_subcommand("intrinsics")) runIntrinsics(intrinsics);
     if (app.got_subcommand("stitch")) runStitch(stitch);
@@ -217,6 +219,24 @@ int runCommandLine(int argc, const char* const* argv) {
     if (app.got_subcommand("report")) runReport(report);
     return kExitSuccess;
   });
+}
+
+} // namespace
+
+std::shared_ptr<const CLI::App> unparsedCommandLine() {
+  const auto line = std::make_shared<CommandLine>();
+  return {line, &line->app};
+}
+
+int runCommandLine(int argc, const char* const* argv) {
+  silenceOpenCv();
+  CommandLine line;
+  try {
+    line.app.parse(argc, argv);
+  } catch (const CLI::ParseError& error) {
+    return line.app.exit(error) == 0 ? kExitSuccess : kExitUsage;
+  }
+  return line.run();
 }
 
 } // namespace velmorn::tool

@@ -65,7 +65,7 @@ std::string checkFieldOfView(const std::string& text) {
   return isAngle ? "" : "has to be an angle between 0 and 180";
 }
 
-CLI::Range anyCount() { return CLI::Range(1, std::numeric_limits<int>::max()); }
+CLI::Range anyCount() { return CLI::Range(1, std::numeric_limits<int>::max(), "COUNT"); }
 
 // The camera file, or the angle and the pixels.
 void checkFieldOptions(const CLI::App& command) {
