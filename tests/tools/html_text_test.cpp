@@ -30,20 +30,20 @@ TEST(JsonInScript, DoesNotEndTheElement) {
 }
 
 TEST(FixedText, HasSoManyDecimals) {
-  EXPECT_EQ(fixedText(1.23456, 3), "1.235");
-  EXPECT_EQ(fixedText(-2, 0), "-2");
+  EXPECT_EQ(htmlNumber(1.23456, 3), "1.235");
+  EXPECT_EQ(htmlNumber(-2, 0), "-2");
 }
 
 TEST(FixedText, HasNoSignForZero) {
-  EXPECT_EQ(fixedText(-0.0, 1), "0.0");
-  EXPECT_EQ(fixedText(-0.04, 1), "0.0");
-  EXPECT_EQ(fixedText(-0.06, 1), "-0.1");
+  EXPECT_EQ(htmlNumber(-0.0, 1), "0.0");
+  EXPECT_EQ(htmlNumber(-0.04, 1), "0.0");
+  EXPECT_EQ(htmlNumber(-0.06, 1), "-0.1");
 }
 
 TEST(FixedText, StaysShortForAnyNumber) {
-  EXPECT_EQ(fixedText(1e300, 1), "1.0e+300");
-  EXPECT_EQ(fixedText(std::numeric_limits<double>::quiet_NaN(), 1), "–");
-  EXPECT_EQ(fixedText(-std::numeric_limits<double>::infinity(), 1), "–");
+  EXPECT_EQ(htmlNumber(1e300, 1), "1.0e+300");
+  EXPECT_EQ(htmlNumber(std::numeric_limits<double>::quiet_NaN(), 1), "–");
+  EXPECT_EQ(htmlNumber(-std::numeric_limits<double>::infinity(), 1), "–");
 }
 
 TEST(ShortenedText, CutsBetweenCharacters) {

@@ -24,13 +24,13 @@ std::string linkFacts(const CameraRecord& camera) {
   if (camera.parent.empty()) return fact("Linked to", "not linked");
   return fact("Linked to", "<bdi>" + htmlText(camera.parent) + "</bdi>, " +
                                counted(camera.imagesShared, "shared shot")) +
-         fact("Residual", camera.residual ? fixedText(*camera.residual, 4) : "none");
+         fact("Residual", camera.residual ? htmlNumber(*camera.residual, 4) : "none");
 }
 
 std::string placeFacts(const CameraRecord& camera) {
   if (camera.isBase || !camera.baseFromCam) return "";
-  return fact("Distance to base", fixedText(cv::norm(translationOf(*camera.baseFromCam)), 3)) +
-         fact("Rotation", fixedText(rotationDegrees(*camera.baseFromCam), 3) + "°");
+  return fact("Distance to base", htmlNumber(cv::norm(translationOf(*camera.baseFromCam)), 3)) +
+         fact("Rotation", htmlNumber(rotationDegrees(*camera.baseFromCam), 3) + "°");
 }
 
 std::string lensFacts(const std::string& folder, const CameraRecord& camera) {
@@ -47,7 +47,7 @@ std::string facts(const std::string& folder, const CameraRecord& camera) {
   html += fact("Shots used",
                std::to_string(camera.imagesFound) + " of " + std::to_string(camera.imagesTotal));
   if (const std::optional<double> rms = reprojectionRms(camera))
-    html += fact("Reprojection error", fixedText(*rms, 3) + " px");
+    html += fact("Reprojection error", htmlNumber(*rms, 3) + " px");
   return html + lensFacts(folder, camera) + "</dl>\n";
 }
 
@@ -66,7 +66,7 @@ std::string charts(const CameraRecord& camera, double errorScale) {
          chart(errorBarsSvg(camera, errorScale),
                "Reprojection error of each shot, pixels. A cross is a refused shot.") +
          chart(coverageSvg(camera, coverage),
-               "The board covered " + fixedText(coverage.percent, 0) +
+               "The board covered " + htmlNumber(coverage.percent, 0) +
                    " % of the image; darker where more shots did. Dots are corners.") +
          "</div>\n";
 }
@@ -90,7 +90,7 @@ std::string image(const std::string& jpeg, const std::string& kind, const std::s
 }
 
 std::string pictureNote(const ShotRecord& shot) {
-  return shot.found() ? fixedText(shot.reprojectionError, 3) + " px" : refusalText(shot);
+  return shot.found() ? htmlNumber(shot.reprojectionError, 3) + " px" : refusalText(shot);
 }
 
 std::string pictureHtml(const CameraRecord& camera, std::size_t index, const ShotPicture& picture) {

@@ -12,7 +12,7 @@ namespace {
 constexpr double kLongerSide = 320; // of the drawing
 constexpr int kShades = 4;          // the last one is for so many shots and more
 
-std::string number(double value) { return fixedText(value, 1); }
+std::string number(double value) { return htmlNumber(value, 1); }
 
 // Runs of equal cells as one rectangle each.
 std::string cellsSvg(const cv::Mat& shots, double cellWidth, double cellHeight) {
@@ -59,7 +59,7 @@ std::string coverageSvg(const CameraRecord& camera, const Coverage& coverage) {
   const double height = std::max(1.0, camera.imageSize.height * scale);
   const std::string sides = "width=\"" + number(width) + "\" height=\"" + number(height) + "\"";
   return "<svg class=\"coverage\" role=\"img\" aria-label=\"Where in the image of " +
-         htmlText(camera.id) + " the board was seen: " + fixedText(coverage.percent, 0) +
+         htmlText(camera.id) + " the board was seen: " + htmlNumber(coverage.percent, 0) +
          " % of the image\" " + sides + " viewBox=\"0 0 " + number(width) + " " + number(height) +
          "\"><rect class=\"image\" " + sides + "/>" +
          cellsSvg(coverage.shots, width / coverage.shots.cols, height / coverage.shots.rows) +

@@ -26,7 +26,7 @@ constexpr int kTicks = 2;
 constexpr double kLeastScale = 0.05; // pixels; below, differences say nothing
 constexpr double kMostScale = 1e6;
 
-std::string number(double value) { return fixedText(value, 1); }
+std::string number(double value) { return htmlNumber(value, 1); }
 
 struct Plot {
   double most = 1;
@@ -71,7 +71,7 @@ std::string crossSvg(const Plot& plot, std::size_t index) {
 std::string shotSvg(const Plot& plot, const ShotRecord& shot, std::size_t index) {
   const bool hasError = shot.found() && std::isfinite(shot.reprojectionError);
   const std::string text =
-      hasError ? fixedText(shot.reprojectionError, 3) + " px" : refusalText(shot);
+      hasError ? htmlNumber(shot.reprojectionError, 3) + " px" : refusalText(shot);
   return "<g><title>" + htmlText("Shot " + std::to_string(index + 1) + ": " + text) + "</title>" +
          (hasError ? barSvg(plot, index, shot.reprojectionError) : crossSvg(plot, index)) + "</g>";
 }

@@ -77,7 +77,7 @@ std::string jsonInScript(const Json& value) {
   return text;
 }
 
-std::string fixedText(double value, int decimals) {
+std::string htmlNumber(double value, int decimals) {
   if (!std::isfinite(value)) return kNoNumber;
   const bool isPlain = std::abs(value) < kLargestPlain;
   const std::string number = printed(isPlain ? "%.*f" : "%.*e", decimals, value);

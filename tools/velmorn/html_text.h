@@ -17,7 +17,7 @@ std::string htmlText(const std::string& text);
 std::string jsonInScript(const nlohmann::ordered_json& value);
 
 // The number with so many decimals, without a sign for 0; a dash for one that is not finite.
-std::string fixedText(double value, int decimals);
+std::string htmlNumber(double value, int decimals);
 
 // The text's first characters, with an ellipsis when it has more of them.
 std::string shortenedText(const std::string& text, std::size_t mostCharacters);

@@ -34,7 +34,7 @@ Place placeOf(int column, double row) {
   return {static_cast<double>(kMargin + column * kColumnPitch), kMargin + row * kRowPitch};
 }
 
-std::string number(double value) { return fixedText(value, 1); }
+std::string number(double value) { return htmlNumber(value, 1); }
 
 std::string textAt(double x, double y, const std::string& kind, const std::string& text) {
   return "<text class=\"" + kind + "\" x=\"" + number(x) + "\" y=\"" + number(y) + "\">" +
@@ -64,7 +64,7 @@ std::string link(const CameraRecord& camera, const Place& from, const Place& to)
   const double start = from.left + kBoxWidth;
   const double textX = start + kBend + 8;
   const std::string residual =
-      camera.residual ? "residual " + fixedText(*camera.residual, 4) : "no residual";
+      camera.residual ? "residual " + htmlNumber(*camera.residual, 4) : "no residual";
   return "<path class=\"link\" d=\"M" + number(start) + " " + number(from.middle()) + "h" +
          std::to_string(kBend) + "V" + number(to.middle()) + "H" + number(to.left) + "\"/>\n" +
          textAt(textX, to.middle() - 7, "name", residual) +

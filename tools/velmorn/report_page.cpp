@@ -72,8 +72,8 @@ std::string keyFigures(const StitchRecord& record) {
                     "of " + std::to_string(record.cameras.size())) +
          figureCard("Shots used", std::to_string(shotsUsed(record)),
                     "of " + std::to_string(shotsTotal(record))) +
-         figureCard("Largest residual", residual ? fixedText(*residual, 4) : "–", "") +
-         figureCard("Reprojection error", rms ? fixedText(*rms, 3) : "–", rms ? "px" : "") +
+         figureCard("Largest residual", residual ? htmlNumber(*residual, 4) : "–", "") +
+         figureCard("Reprojection error", rms ? htmlNumber(*rms, 3) : "–", rms ? "px" : "") +
          "</dl>\n";
 }
 

@@ -18,7 +18,7 @@ constexpr const char* kNothing = "–";
 std::string numberCell(const std::string& text) { return "<td class=\"number\">" + text + "</td>"; }
 
 std::string numberCell(const std::optional<double>& value, int decimals) {
-  return numberCell(value ? fixedText(*value, decimals) : kNothing);
+  return numberCell(value ? htmlNumber(*value, decimals) : kNothing);
 }
 
 std::string headRow(const std::vector<std::string>& textColumns,
@@ -62,7 +62,7 @@ std::string cameraRow(const CameraRecord& camera, std::size_t index) {
          numberCell(std::to_string(camera.imagesFound) + " / " +
                     std::to_string(camera.imagesTotal)) +
          numberCell(reprojectionRms(camera), 3) +
-         numberCell(hasMap ? fixedText(coverage.percent, 0) + " %" : kNothing) +
+         numberCell(hasMap ? htmlNumber(coverage.percent, 0) + " %" : kNothing) +
          placeCells(camera) + "</tr>\n";
 }
 

@@ -21,7 +21,7 @@ constexpr double kMostCells = 100; // along one side
 constexpr std::size_t kMostCharacters = 24;
 constexpr double kLineHeight = 16;
 
-std::string number(double value) { return fixedText(value, 1); }
+std::string number(double value) { return htmlNumber(value, 1); }
 
 std::string at(const cv::Point2d& place) { return number(place.x) + " " + number(place.y); }
 
