@@ -13,8 +13,8 @@
 
 namespace {
 
-constexpr int kWidth = 320, kHeight = 240; // pixels
-constexpr double kFocal = 280;             // pixels
+constexpr int kWidth = 320, kHeight = 240;                      // pixels
+constexpr double kFocal = 280;                                  // pixels
 constexpr double kFloor = 1000, kBoxTop = 850, kBaseline = 400; // millimetres
 constexpr float kResolution = 4;                                // millimetres per cell
 constexpr tagOzKRect2Df32 kRegion = {-500, -400, 900, 400};     // in the first camera's frame
@@ -58,8 +58,7 @@ bool writePicture(const tagOzKImage& image, const char* path) {
 int run(const char* path) {
   std::vector<unsigned short> left = depthFrom(0), right = depthFrom(kBaseline);
   const tagOzKImage depths[] = {depthImage(left), depthImage(right)};
-  const tagOzKCamIntrinsic camera = {
-      {kFocal, 0, kWidth / 2.0, 0, kFocal, kHeight / 2.0, 0, 0, 1}};
+  const tagOzKCamIntrinsic camera = {{kFocal, 0, kWidth / 2.0, 0, kFocal, kHeight / 2.0, 0, 0, 1}};
   const tagOzKCamIntrinsic intrinsics[] = {camera, camera};
   const tagOzKCamExtrinsic firstFromCam[] = {
       {{1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1}},

@@ -91,7 +91,8 @@ TEST_F(MergeJobFile, IntrinsicsFromTheResultFile) {
 
 TEST_F(MergeJobFile, TakesAFolderPerCamera) {
   json result = json::parse(readFile(dir() / "result.json"));
-  for (json& camera : result["cameras"]) camera["intrinsics"] = result["cameras"][1]["intrinsics"];
+  const json intrinsics = result["cameras"][0]["intrinsics"];
+  for (json& camera : result["cameras"]) camera["intrinsics"] = intrinsics;
   writeFile("result.json", result.dump());
   for (const char* file :
        {"b/depth.tif", "b/depth.txt", "a/depth.png", "a/color.jpg", "c/notes.txt"}) {
@@ -115,7 +116,7 @@ TEST_F(MergeJobFile, SaysWhatAFolderLacks) {
   EXPECT_EQ(toolError([] { readMergeFolder("rig", "result.json"); }),
             "rig: no folder with a depth.png in it");
   writeFile(dir() / "rig/z/depth.png", "");
-  EXPECT_THAT(toolError([] { readMergeFolder("rig", "none.json"); }), StartsWith("rig: none.json"));
+  EXPECT_EQ(toolError([] { readMergeFolder("rig", "none.json"); }), "rig: no such file: none.json");
   EXPECT_THAT(toolError([] { readMergeFolder("rig", "result.json"); }),
               StartsWith("rig: camera \"z\""));
 }
