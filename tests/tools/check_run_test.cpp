@@ -153,6 +153,16 @@ TEST(CheckRun, NamesWrongIntrinsics) {
   for (const Finding& other : findings) EXPECT_THAT(other.text, HasSubstr("\"b\""));
 }
 
+TEST(CheckRun, NamesIntrinsicsOfACameraOfTheSameKind) {
+  SyntheticRig rig = threeCameras();
+  const CornerMap corners = recordCorners(rig);
+  rig.cameras[1].matrix(0, 0) *= 1.01;
+  rig.cameras[1].matrix(1, 1) *= 1.01;
+  const Findings findings = checkRun(recordOf(rig, corners));
+  EXPECT_THAT(checkText("", StitchRecord(), findings),
+              HasSubstr("PROBLEM  camera \"b\": b.yml does not fit its images"));
+}
+
 TEST(CheckRun, NamesADistortionThatIsLeftOut) {
   SyntheticRig rig = threeCameras();
   const CornerMap corners = recordCorners(rig);

@@ -20,9 +20,12 @@ constexpr double kTimesTheOthers = 3;
 constexpr double kTimesTheCameras = 4; // of one image against the camera's median
 constexpr double kBadImage = 0.5;      // pixels
 constexpr double kSureDeviations = 6;
-constexpr double kShift = 0.008;    // of the focal length, or of the image's longer side
-constexpr double kBadShift = 0.015; // the same, above which the result is not to be trusted
-constexpr double kTimesBetter = 3;  // reprojection error of other intrinsics
+// Of the focal length, or of the image's longer side. A small shift counts with a reprojection
+// error that fitting intrinsics lower, a large one by itself.
+constexpr double kShift = 0.004;
+constexpr double kLargeShift = 0.015;
+constexpr double kTimesLower = 1.1;
+constexpr double kTimesBetter = 3; // reprojection error of other intrinsics
 
 double median(std::vector<double> values) {
   if (values.empty()) return 0;
@@ -79,8 +82,10 @@ void checkRefit(const StitchRecord& run, const CameraRecord& camera, Findings& f
   const bool isMuchBetter =
       lens->givenError > kSmallError && lens->givenError > kTimesBetter * lens->foundError;
   if (shift.part < kShift && !isMuchBetter) return;
+  const bool isConfirmed = lens->givenError > kTimesLower * lens->foundError;
+  const bool isProblem = isMuchBetter || isConfirmed || shift.part >= kLargeShift;
   Finding finding;
-  finding.weight = shift.part >= kBadShift || isMuchBetter ? Weight::kProblem : Weight::kCaution;
+  finding.weight = isProblem ? Weight::kProblem : Weight::kCaution;
   finding.text =
       "camera " + inQuotes(camera.id) + ": " + intrinsicsOf(camera) + " does not fit its images: ";
   if (shift.part >= kShift)

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <functional>
+#include <limits>
 #include <set>
 #include <vector>
 
@@ -16,10 +17,10 @@ namespace velmorn::tool {
 namespace {
 
 // What a fit leaves, in squares: above the first the positions do not fit together at all, above
-// the second and several times the other pairs' they fit worse than they should.
+// the second and several times the best other pair's they fit worse than they should.
 constexpr double kTooFarApart = 0.1;
-constexpr double kFarApart = 0.02;
-constexpr double kTimesTheOthers = 4;
+constexpr double kFarApart = 0.005;
+constexpr double kTimesTheOthers = 6;
 
 struct Pair {
   const CameraRecord* a = nullptr;
@@ -153,14 +154,12 @@ Finding oddFinding(const CameraRecord* camera, const Pairs& bad) {
   return finding;
 }
 
-double medianApart(const Pairs& pairs, const Pair* without) {
-  std::vector<double> values;
+// The least that any other pair leaves; a fault of one camera can spoil most of them.
+double leastApart(const Pairs& pairs, const Pair* without) {
+  double least = std::numeric_limits<double>::infinity();
   for (const Pair& pair : pairs)
-    if (&pair != without) values.push_back(pair.found.apart);
-  if (values.empty()) return 0;
-  std::nth_element(values.begin(), values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2),
-                   values.end());
-  return values[values.size() / 2];
+    if (&pair != without) least = std::min(least, pair.found.apart);
+  return least;
 }
 
 Finding apartFinding(const StitchRecord& run, const Pairs& bad, const CameraRecord* camera,
@@ -190,9 +189,9 @@ Findings checkMotion(const StitchRecord& run) {
     return !pair.found.isExplained() && pair.found.apart > kTooFarApart * run.square;
   };
   const auto isWorse = [&](const Pair& pair) {
-    const double others = medianApart(pairs, &pair);
-    return !pair.found.isExplained() && !isApart(pair) && others > 0 &&
-           pair.found.apart > kFarApart * run.square && pair.found.apart > kTimesTheOthers * others;
+    return !pair.found.isExplained() && !isApart(pair) &&
+           pair.found.apart > kFarApart * run.square &&
+           pair.found.apart > kTimesTheOthers * leastApart(pairs, &pair);
   };
 
   Findings findings;
