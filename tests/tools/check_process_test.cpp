@@ -1,8 +1,6 @@
 // `velmorn check` after runs of `velmorn stitch`.
 #include <gmock/gmock.h>
 
-#include <sstream>
-
 #include "support/synthetic_rig.h"
 #include "support/temp_dir.h"
 #include "tools/process.h"
@@ -24,19 +22,7 @@ class CheckProcess : public TempDirTest {
     options.shotsPerGroup = 4;
     options.distorted = false;
     options.ids = {"a", "b", "c"};
-    const SyntheticRig rig = makeRig(options);
-    const ImagePathMap images = rig.writeImages(dir(), {});
-    nlohmann::json cameras = nlohmann::json::array();
-    for (const std::string& id : rig.ids) {
-      std::ostringstream matrix;
-      for (const double value : rig.intrinsicRecords().at(id).matrix)
-        matrix << (matrix.str().empty() ? "" : ", ") << std::showpoint << value;
-      writeFile(dir() / (id + ".yml"), cameraYaml("0., 0., 0., 0., 0.", matrix.str()));
-      cameras.push_back(rigCamera(id, id + ".yml", images.at(id)));
-    }
-    const nlohmann::json file = {
-        {"board", "9x6"}, {"square", options.board.square}, {"base", "a"}, {"cameras", cameras}};
-    writeFile(dir() / "rig.json", file.dump());
+    writeRenderedRig(dir(), makeRig(options));
   }
 
   ProcessResult run(const std::vector<std::string>& arguments) {

@@ -3,8 +3,6 @@
 
 #include <gmock/gmock.h>
 
-#include <sstream>
-
 #include "support/synthetic_rig.h"
 #include "support/temp_dir.h"
 #include "tools/expect_tool_error.h"
@@ -64,20 +62,7 @@ class HalfTurnProcess : public TempDirTest {
     options.ids = {"A", "B"};
     SyntheticRig rig = makeRig(options);
     if (turned) rig.camFromWorld[1] = cv::Matx44d::diag({-1, -1, 1, 1}) * rig.camFromWorld[1];
-    const ImagePathMap images = rig.writeImages(dir(), {});
-    nlohmann::json cameras = nlohmann::json::array();
-    for (const std::string& id : rig.ids) {
-      std::ostringstream matrix;
-      for (const double value : rig.intrinsicRecords().at(id).matrix)
-        matrix << (matrix.str().empty() ? "" : ", ") << std::showpoint << value;
-      writeFile(dir() / (id + ".yml"), cameraYaml("0., 0., 0., 0., 0.", matrix.str()));
-      cameras.push_back(rigCamera(id, id + ".yml", images.at(id)));
-    }
-    const nlohmann::json file = {{"board", std::to_string(columns) + "x6"},
-                                 {"square", options.board.square},
-                                 {"base", "A"},
-                                 {"cameras", cameras}};
-    writeFile(dir() / "rig.json", file.dump());
+    writeRenderedRig(dir(), rig);
     distance_ = cv::norm(cv::Vec3d(rig.camFromCam(0, 1)(0, 3), rig.camFromCam(0, 1)(1, 3),
                                    rig.camFromCam(0, 1)(2, 3)));
     return runProcess(VELMORN_TOOL, {"stitch", "rig.json"}, dir());

@@ -52,5 +52,10 @@ TEST(Pose, NoticesNumbersThatAreNotFinite) {
   EXPECT_FALSE(isFinitePose(pose));
 }
 
+TEST(Pose, CarriesAPoint) {
+  const cv::Matx44d quarterTurn(0, -1, 0, 10, 1, 0, 0, 20, 0, 0, 1, 30, 0, 0, 0, 1);
+  EXPECT_EQ(transformed(quarterTurn, {1, 2, 3}), cv::Vec3d(8, 21, 33));
+}
+
 } // namespace
 } // namespace velmorn::tool

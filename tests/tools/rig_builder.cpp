@@ -2,6 +2,7 @@
 #include "tools/rig_builder.h"
 
 #include <algorithm>
+#include <sstream>
 
 #include "support/temp_dir.h"
 
@@ -42,6 +43,24 @@ void writeTwoCameraFiles(const std::filesystem::path& folder) {
   for (const char* name : {"a0.png", "a1.png", "a2.png", "b0.png", "b1.png", "b2.png"}) {
     writeFile(folder / name, "");
   }
+}
+
+void writeRenderedRig(const std::filesystem::path& folder, const SyntheticRig& rig) {
+  const ImagePathMap images = rig.writeImages(folder, {});
+  json cameras = json::array();
+  for (const std::string& id : rig.ids) {
+    std::ostringstream matrix;
+    for (const double value : rig.intrinsicRecords().at(id).matrix)
+      matrix << (matrix.str().empty() ? "" : ", ") << std::showpoint << value;
+    writeFile(folder / (id + ".yml"), cameraYaml("0., 0., 0., 0., 0.", matrix.str()));
+    cameras.push_back(rigCamera(id, id + ".yml", images.at(id)));
+  }
+  const json file = {
+      {"board", std::to_string(rig.board.width) + "x" + std::to_string(rig.board.height)},
+      {"square", rig.board.square},
+      {"base", rig.ids.front()},
+      {"cameras", cameras}};
+  writeFile(folder / "rig.json", file.dump());
 }
 
 } // namespace velmorn::tool

@@ -8,6 +8,8 @@
 
 #include <nlohmann/json.hpp>
 
+#include "support/synthetic_rig.h"
+
 namespace velmorn::tool {
 
 // A camera file in OpenCV's YAML form for images of 640x480.
@@ -24,6 +26,10 @@ nlohmann::json twoCameraRig();
 
 // Writes the camera file "cam.yml" and the (empty) images that twoCameraRig names.
 void writeTwoCameraFiles(const std::filesystem::path& folder);
+
+// Renders the rig's images into the folder, with camera files "ID.yml" without distortion, and
+// writes "rig.json" with the first camera as the base.
+void writeRenderedRig(const std::filesystem::path& folder, const SyntheticRig& rig);
 
 } // namespace velmorn::tool
 

@@ -8,11 +8,6 @@
 namespace velmorn::tool {
 namespace {
 
-cv::Vec3d placed(const cv::Matx44d& pose, const cv::Vec3d& point) {
-  const cv::Vec4d moved = pose * cv::Vec4d(point[0], point[1], point[2], 1);
-  return {moved[0], moved[1], moved[2]};
-}
-
 struct Centroids {
   cv::Vec3d a, b;
   double count = 0;
@@ -44,7 +39,7 @@ cv::Matx33d rotationFrom(const cv::Matx33d& covariance) {
 double squaresAt(const SeenBoard& board, const cv::Matx44d& aFromB) {
   double sum = 0;
   for (std::size_t i = 0; i < board.byA.size(); ++i) {
-    const cv::Vec3d difference = board.byA[i] - placed(aFromB, board.byB[i]);
+    const cv::Vec3d difference = board.byA[i] - transformed(aFromB, board.byB[i]);
     sum += difference.dot(difference);
   }
   return sum;

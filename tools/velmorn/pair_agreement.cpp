@@ -24,17 +24,12 @@ constexpr std::size_t kLeastAgreeing = 3; // positions that are left without the
 
 using Boards = std::vector<SeenBoard>;
 
-cv::Vec3d placed(const cv::Matx44d& pose, const cv::Vec3d& point) {
-  const cv::Vec4d moved = pose * cv::Vec4d(point[0], point[1], point[2], 1);
-  return {moved[0], moved[1], moved[2]};
-}
-
 SeenBoard seenBoard(const StitchRecord& run, const ShotRecord& a, const ShotRecord& b) {
   SeenBoard board;
   for (const ShotRecord* shot : {&a, &b})
     for (const cv::Vec3d& place : outermostPlaces(run, *shot)) {
-      board.byA.push_back(placed(a.camFromBoard, place));
-      board.byB.push_back(placed(b.camFromBoard, place));
+      board.byA.push_back(transformed(a.camFromBoard, place));
+      board.byB.push_back(transformed(b.camFromBoard, place));
     }
   return board;
 }

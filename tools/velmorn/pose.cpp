@@ -39,6 +39,11 @@ cv::Vec3d translationOf(const cv::Matx44d& pose) {
   return cv::Vec3d(pose(0, 3), pose(1, 3), pose(2, 3));
 }
 
+cv::Vec3d transformed(const cv::Matx44d& pose, const cv::Vec3d& point) {
+  const cv::Vec4d moved = pose * cv::Vec4d(point[0], point[1], point[2], 1);
+  return {moved[0], moved[1], moved[2]};
+}
+
 bool isFinitePose(const cv::Matx44d& pose) {
   return std::all_of(pose.val, pose.val + 16, [](double value) { return std::isfinite(value); });
 }

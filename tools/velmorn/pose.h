@@ -23,6 +23,9 @@ double rotationDegrees(const cv::Matx44d& pose);
 // T: the source frame's origin in the target frame.
 cv::Vec3d translationOf(const cv::Matx44d& pose);
 
+// The point, carried from the source frame into the target frame.
+cv::Vec3d transformed(const cv::Matx44d& pose, const cv::Vec3d& point);
+
 // True when no element is NaN or infinite.
 bool isFinitePose(const cv::Matx44d& pose);
 
