@@ -59,6 +59,15 @@ TEST_F(CheckProcess, ExplainsAFailedRunAndForgetsItAfterASoundOne) {
   EXPECT_EQ(run({"check", "result.json"}).status, 0);
 }
 
+TEST_F(CheckProcess, AFailedRunSaysWhyWhenItsFindingsCannotBeKept) {
+  writeRig({{0, 1}});
+  std::filesystem::create_directories(dir() / "result-failed.json" / "in the way");
+  const ProcessResult stitch = run({"stitch", "rig.json"});
+  EXPECT_EQ(stitch.status, 1);
+  EXPECT_THAT(lastLine(stitch.err), AllOf(HasSubstr("camera \"c\" could not be linked"),
+                                          HasSubstr("its findings could not be kept")));
+}
+
 TEST_F(CheckProcess, StitchesAFolderWithoutRigAndCameraFiles) {
   RigOptions options;
   options.groups = rowGroups(2);

@@ -180,6 +180,9 @@ TEST_F(StitchRecordTest, RefusesWhatNoRunWrote) {
               HasSubstr("\"imageSize\" is out of range"));
   EXPECT_THAT(refusal([](json& f) { f["cameras"][0]["intrinsics"]["matrix"][0][0] = -1; }),
               HasSubstr("above 0"));
+  EXPECT_THAT(refusal([](json& f) { f["board"]["rows"] = 1001; }),
+              HasSubstr("\"rows\" is out of range"));
+  EXPECT_THAT(refusal([](json& f) { f["board"]["square"] = -1; }), HasSubstr("below 0"));
   EXPECT_THAT(refusal([](json& f) { f["cameras"][1]["parent"] = "nobody"; }),
               HasSubstr("does not lead to the base"));
   EXPECT_THAT(refusal([](json& f) { f["cameras"][0]["parent"] = "right"; }),

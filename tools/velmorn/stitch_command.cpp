@@ -92,7 +92,12 @@ void removeOldFindings(const std::string& output) {
 [[noreturn]] void keepFindings(const Rig& rig, const StitchFailure& failure,
                                const std::string& output) {
   const std::string path = failedResultPath(output);
-  writeFileAtomically(path, resultText(rig, failure.found(), path, failure.what()));
+  try {
+    writeFileAtomically(path, resultText(rig, failure.found(), path, failure.what()));
+  } catch (const ToolError& error) { // the run's own failure matters more
+    throw ToolError(std::string(failure.what()) +
+                    "; its findings could not be kept: " + error.what());
+  }
   throw ToolError(std::string(failure.what()) + "; velmorn check " + path + " says more");
 }
 

@@ -19,6 +19,7 @@ using nlohmann::json;
 
 constexpr double kRotationTolerance = 1e-4; // of the product with the transposed; rounded by hand
 constexpr int kMaxImageSide = 1 << 20;
+constexpr std::size_t kMaxBoardCorners = 1000; // per row and column
 constexpr std::size_t kMaxCameras = kMaxStitchCameras;
 
 bool has(const json& object, const char* key) {
@@ -143,16 +144,27 @@ CameraRecord cameraIn(const json& object, const StitchRecord& run) {
   return camera;
 }
 
+double squareIn(const json& object) {
+  const double square = finite(object.at("square"));
+  if (square < 0) throw ToolError("\"square\" is below 0");
+  return square;
+}
+
+int cornersIn(const json& board, const char* key) {
+  const std::size_t corners = countIn(board, key);
+  if (corners > kMaxBoardCorners) throw ToolError(inQuotes(key) + " is out of range");
+  return static_cast<int>(corners);
+}
+
 void readBoard(const json& object, StitchRecord& run) {
   const json& board = object.at("board");
   run.hasDataCodes = board.is_string();
   if (run.hasDataCodes) {
-    if (has(object, "square")) run.square = finite(object.at("square"));
+    if (has(object, "square")) run.square = squareIn(object);
     return;
   }
-  run.board = {static_cast<int>(countIn(board, "columns")),
-               static_cast<int>(countIn(board, "rows"))};
-  run.square = finite(board.at("square"));
+  run.board = {cornersIn(board, "columns"), cornersIn(board, "rows")};
+  run.square = squareIn(board);
   run.minImages = static_cast<int>(std::max<std::size_t>(1, countIn(object, "minImages")));
 }
 
