@@ -119,6 +119,16 @@ TEST(CheckRun, NamesBothCamerasOfAPairOneOfWhichWasBumped) {
                   finding(kProblem, HasSubstr("one of the cameras \"a\" and \"b\" was moved"))));
 }
 
+TEST(CheckRun, NamesACameraThatTheResultPutsElsewhere) {
+  const SyntheticRig rig = threeCameras();
+  StitchRecord run = recordOf(rig, recordCorners(rig));
+  run.cameras[1].baseFromCam = *run.cameras[1].baseFromCam * smallMove();
+  EXPECT_THAT(checkRun(run),
+              testing::ElementsAre(finding(
+                  kProblem, AllOf(HasSubstr("camera \"b\" does not stand where the result says"),
+                                  HasSubstr("\"a\" and \"c\"")))));
+}
+
 TEST(CheckRun, NamesAnOddPosition) {
   const SyntheticRig rig = threeCameras();
   CornerMap corners = recordCorners(rig);

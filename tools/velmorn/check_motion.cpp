@@ -21,6 +21,7 @@ namespace {
 constexpr double kTooFarApart = 0.1;
 constexpr double kFarApart = 0.005;
 constexpr double kTimesTheOthers = 6;
+constexpr double kTimesTheFit = 3; // of the result's own transforms against the best ones
 
 struct Pair {
   const CameraRecord* a = nullptr;
@@ -179,6 +180,28 @@ Finding apartFinding(const StitchRecord& run, const Pairs& bad, const CameraReco
   return finding;
 }
 
+// How far apart the boards are under the result's own places; nothing without both of them.
+double apartInResult(const StitchRecord& run, const Pair& pair) {
+  if (!pair.a->baseFromCam || !pair.b->baseFromCam) return 0;
+  return apartUnder(run, *pair.a, *pair.b,
+                    inversePose(*pair.a->baseFromCam) * *pair.b->baseFromCam);
+}
+
+Finding misplacedFinding(const StitchRecord& run, const CameraRecord* camera, const Pairs& bad) {
+  double most = 0;
+  for (const Pair& pair : bad) most = std::max(most, apartInResult(run, pair));
+  Finding finding;
+  finding.weight = Weight::kProblem;
+  finding.text = subject(camera, bad) +
+                 (camera == nullptr ? " do not stand to each other as the result says"
+                                    : " does not stand where the result says, compared with " +
+                                          partners(camera, bad)) +
+                 ": its transforms leave the boards that they saw " + lengthText(most) +
+                 " apart, with squares of " + shortNumberText(run.square);
+  finding.advice = "stitch again; the result was changed, or is put together from several runs";
+  return finding;
+}
+
 } // namespace
 
 Findings checkMotion(const StitchRecord& run) {
@@ -208,6 +231,12 @@ Findings checkMotion(const StitchRecord& run) {
   }
   if (const Pairs bad = thoseThat(pairs, isApart); !bad.empty())
     findings.push_back(apartFinding(run, bad, suspect(pairs, bad, run), Weight::kProblem));
+  const auto isMisplaced = [&](const Pair& pair) {
+    const double apart = apartInResult(run, pair);
+    return apart > kTooFarApart * run.square && apart > kTimesTheFit * pair.found.apart;
+  };
+  if (const Pairs bad = thoseThat(pairs, isMisplaced); !bad.empty())
+    findings.push_back(misplacedFinding(run, suspect(pairs, bad, run), bad));
   Pairs worse;
   for (const Pair& pair : pairs)
     if (isWorse(pair)) worse.push_back(pair);

@@ -142,4 +142,15 @@ PairAgreement comparePair(const StitchRecord& run, const CameraRecord& a, const 
   return pair;
 }
 
+double apartUnder(const StitchRecord& run, const CameraRecord& a, const CameraRecord& b,
+                  const cv::Matx44d& aFromB) {
+  SeenBoard all;
+  for (const std::size_t j : sharedPositions(a, b)) {
+    const SeenBoard board = seenBoard(run, a.shots[j], b.shots[j]);
+    all.byA.insert(all.byA.end(), board.byA.begin(), board.byA.end());
+    all.byB.insert(all.byB.end(), board.byB.begin(), board.byB.end());
+  }
+  return apartAt(all, aFromB);
+}
+
 } // namespace velmorn::tool

@@ -35,6 +35,11 @@ struct PairAgreement {
 // The first explanation that fits is given: half a turn, a move, odd positions.
 PairAgreement comparePair(const StitchRecord& run, const CameraRecord& a, const CameraRecord& b);
 
+// How far the boards that both saw are apart under a given transform: root mean square, length
+// unit; 0 without such a board.
+double apartUnder(const StitchRecord& run, const CameraRecord& a, const CameraRecord& b,
+                  const cv::Matx44d& aFromB);
+
 } // namespace velmorn::tool
 
 #endif // VELMORN64_TOOLS_PAIR_AGREEMENT_H
