@@ -14,6 +14,7 @@ namespace {
 
 constexpr double kLeastCoverage = 10; // percent of the image
 constexpr double kLeastAngle = 10;    // degrees between the two most different board normals
+constexpr double kLeastCodeAngle = 3; // of data-code boards, which fill the image
 constexpr double kLeastSquare = 23;   // pixels; the refinement of plain boards' corners looks 11
                                       // pixels around, below this at the next corner too
 constexpr std::size_t kFewestToCompare = 2;
@@ -48,12 +49,12 @@ double largestAngle(const CameraRecord& camera) {
   return std::acos(std::clamp(least, -1.0, 1.0)) * 180 / CV_PI;
 }
 
-void checkAngles(const CameraRecord& camera, Findings& findings) {
+void checkAngles(const StitchRecord& run, const CameraRecord& camera, Findings& findings) {
   const auto found = std::count_if(camera.shots.begin(), camera.shots.end(),
                                    [](const ShotRecord& shot) { return shot.found(); });
   if (static_cast<std::size_t>(found) < kFewestToCompare) return;
   const double angle = largestAngle(camera);
-  if (angle >= kLeastAngle) return;
+  if (angle >= (run.hasDataCodes ? kLeastCodeAngle : kLeastAngle)) return;
   findings.push_back({Weight::kCaution,
                       nameOf(camera) + " saw the board from one angle only: its tilt differs by " +
                           roughNumberText(std::round(angle)) + " degrees at most",
@@ -86,7 +87,7 @@ Findings checkViews(const StitchRecord& run) {
   for (const CameraRecord& camera : run.cameras) {
     if (!run.hasDataCodes) checkFound(camera, findings);
     checkCoverage(camera, findings);
-    checkAngles(camera, findings);
+    checkAngles(run, camera, findings);
     checkSquares(run, camera, findings);
   }
   return findings;
