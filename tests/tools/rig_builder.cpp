@@ -47,10 +47,11 @@ void writeTwoCameraFiles(const std::filesystem::path& folder) {
 
 void writeRenderedRig(const std::filesystem::path& folder, const SyntheticRig& rig) {
   const ImagePathMap images = rig.writeImages(folder, {});
+  const auto intrinsics = rig.intrinsicRecords();
   json cameras = json::array();
   for (const std::string& id : rig.ids) {
     std::ostringstream matrix;
-    for (const double value : rig.intrinsicRecords().at(id).matrix)
+    for (const double value : intrinsics.at(id).matrix)
       matrix << (matrix.str().empty() ? "" : ", ") << std::showpoint << value;
     writeFile(folder / (id + ".yml"), cameraYaml("0., 0., 0., 0., 0.", matrix.str()));
     cameras.push_back(rigCamera(id, id + ".yml", images.at(id)));
