@@ -51,7 +51,7 @@ bool writePicture(const tagOzKImage& image, const char* path) {
   const auto* samples = static_cast<const unsigned char*>(image.data);
   const std::size_t pixels = std::size_t{image.width} * image.height;
   for (std::size_t i = 0; i < pixels; ++i)
-    for (const std::size_t channel : {2, 1, 0}) std::fputc(samples[3 * i + channel], file.get());
+    for (const std::size_t channel : {2U, 1U, 0U}) std::fputc(samples[3 * i + channel], file.get());
   return std::fflush(file.get()) == 0;
 }
 
