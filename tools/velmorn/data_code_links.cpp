@@ -31,13 +31,6 @@ PlaceMap largestTree(const Rig& rig, const OutcomeMap& outcomes) {
   return largest;
 }
 
-cv::Vec3d placed(const cv::Matx44d& targetFromBoard, const cv::Point3f& p) {
-  const cv::Vec4d point =
-      targetFromBoard *
-      cv::Vec4d(static_cast<double>(p.x), static_cast<double>(p.y), static_cast<double>(p.z), 1);
-  return {point[0], point[1], point[2]};
-}
-
 } // namespace
 
 PlaceMap growDataCodeTree(const Rig& rig, const OutcomeMap& outcomes, const std::string& base) {
@@ -92,8 +85,8 @@ std::optional<float> linkResidual(const std::vector<DataCodeShot>& parent,
     if (!isCommon || std::exchange(isFirst, false)) continue;
     const cv::Matx44d byCam = parentFromCam * cam[k].camFromBoard;
     for (const auto* corners : {&parent[k].corners, &cam[k].corners})
-      for (const cv::Point3f& corner : *corners) {
-        sum += cv::norm(placed(parent[k].camFromBoard, corner) - placed(byCam, corner));
+      for (const cv::Point3d corner : *corners) {
+        sum += cv::norm(transformed(parent[k].camFromBoard, corner) - transformed(byCam, corner));
         ++count;
       }
   }
