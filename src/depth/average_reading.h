@@ -13,10 +13,10 @@ constexpr int kMostExactImages = 256;
 
 // Images that are read at the same time are streams to the processor, and memory is fast with a few
 // of them only: a burst of more images is read group by group, and tile by tile so that the sums in
-// between stay in the cache. They are on the stack: 96 KiB.
+// between stay in the cache. They are on the stack: up to 192 KiB.
 constexpr int kGroupImages = 5;
-constexpr std::size_t kTileBytes = 32768;    // of every image
-constexpr std::size_t kPrefetchBytes = 1024; // asked for in advance, across pages
+constexpr std::size_t kTileBytes = 65536;    // of every image
+constexpr std::size_t kPrefetchBytes = 2048; // asked for in advance, across pages
 
 // How to divide integers of 16 bits by multiplication (T. Granlund, P. L. Montgomery, "Division by
 // invariant integers using multiplication", PLDI 1994): with h = n * multiplier / 2^16,

@@ -7,6 +7,11 @@ namespace velmorn {
 namespace {
 
 constexpr int kLanes = 8;
+// Points whose cells are known before they are taken there. Few enough for the processor to locate
+// the next ones while it still waits for the cells of these.
+constexpr int kBatch = 16 * kLanes;
+constexpr int kPointsPerLine = 5;          // of the cache, cut off
+constexpr std::uintptr_t kFarAhead = 4096; // bytes
 
 struct EightPoints {
   __m256 x, y, z;
@@ -28,6 +33,13 @@ EightPoints load8(const tagOzKPoint3Df32* points) {
           _mm256_shuffle_ps(yz01, xy23, _MM_SHUFFLE(3, 1, 2, 0)),
           _mm256_shuffle_ps(yz01, q2, _MM_SHUFFLE(3, 0, 3, 1))};
 }
+
+// Points inside the region, in point order.
+struct Batch {
+  int cells[kBatch];
+  float z[kBatch];
+  int n;
+};
 
 struct Locator {
   explicit Locator(const BinGrid& grid)
@@ -61,35 +73,91 @@ struct Locator {
 
 // The processor's maximum gives its second operand when the first is not greater, or either is NaN.
 template <bool keepHighest>
-void takePoint(float* cell, float newZ, __m128i emptyMark) {
-  const __m128 z = _mm_set_ss(newZ), old = _mm_load_ss(cell);
+void takePoint(float* cell, const float* newZ, __m128i emptyMark) {
+  const __m128 z = _mm_load_ss(newZ), old = _mm_load_ss(cell);
   const __m128 better = keepHighest ? _mm_max_ss(z, old) : _mm_min_ss(z, old);
   const __m128 isEmpty = _mm_castsi128_ps(_mm_cmpeq_epi32(_mm_castps_si128(old), emptyMark));
   _mm_store_ss(cell, _mm_blendv_ps(better, z, isEmpty));
+}
+
+// May lie beyond the points: asking for memory never fails.
+void fetch(std::uintptr_t address) {
+  _mm_prefetch(reinterpret_cast<const char*>(address), _MM_HINT_T0);
+}
+
+// Fetches as many of the upcoming points along the way: taking waits for the cells, locating for
+// the points.
+template <bool keepHighest>
+void takeBatch(const Batch& batch, std::uintptr_t upcoming, __m128i emptyMark, float* cells) {
+  int i = 0;
+  for (; i <= batch.n - kPointsPerLine; i += kPointsPerLine) {
+    fetch(upcoming);
+    upcoming += kPointsPerLine * sizeof(tagOzKPoint3Df32);
+    for (int k = i; k < i + kPointsPerLine; ++k)
+      takePoint<keepHighest>(cells + batch.cells[k], batch.z + k, emptyMark);
+  }
+  for (; i < batch.n; ++i) takePoint<keepHighest>(cells + batch.cells[i], batch.z + i, emptyMark);
+}
+
+struct Marked {
+  __m256i mark;
+  __m256 seen = _mm256_setzero_ps(); // lanes that had a point inside with the mark as its z
+
+  void look(const EightPoints& p, __m256 inside) {
+    const __m256i isMark = _mm256_cmpeq_epi32(_mm256_castps_si256(p.z), mark);
+    seen = _mm256_or_ps(seen, _mm256_and_ps(inside, _mm256_castsi256_ps(isMark)));
+  }
+};
+
+void append(__m256i cells, __m256 z, int lanes, Batch& batch) {
+  constexpr int kAllLanes = (1 << kLanes) - 1;
+  if (lanes == kAllLanes) {
+    _mm256_storeu_si256(reinterpret_cast<__m256i*>(batch.cells + batch.n), cells);
+    _mm256_storeu_ps(batch.z + batch.n, z);
+    batch.n += kLanes;
+    return;
+  }
+  int cell[kLanes];
+  float height[kLanes];
+  _mm256_storeu_si256(reinterpret_cast<__m256i*>(cell), cells);
+  _mm256_storeu_ps(height, z);
+  for (; lanes != 0; lanes &= lanes - 1) {
+    const int lane = __builtin_ctz(static_cast<unsigned>(lanes));
+    batch.cells[batch.n] = cell[lane];
+    batch.z[batch.n++] = height[lane];
+  }
+}
+
+void locateBatch(const tagOzKPoint3Df32* points, int n, const Locator& locator, Marked& marked,
+                 Batch& batch) {
+  batch.n = 0;
+  for (int i = 0; i < n; i += kLanes) {
+    const std::uintptr_t ahead = reinterpret_cast<std::uintptr_t>(points + i) + kFarAhead;
+    fetch(ahead);
+    fetch(ahead + 64);
+    const EightPoints p = load8(points + i);
+    const __m256 inside = locator.inside(p);
+    marked.look(p, inside);
+    append(locator.cells(p), p.z, _mm256_movemask_ps(inside), batch);
+  }
 }
 
 template <bool keepHighest>
 bool binWith(const tagOzKPoint3Df32* points, int n, const BinGrid& grid, std::uint32_t emptyMark,
              float* cells) {
   const Locator locator(grid);
-  const __m256i mark = _mm256_set1_epi32(static_cast<int>(emptyMark));
-  __m256 marksSeen = _mm256_setzero_ps();
-  int at[kLanes];
-  int i = 0;
-  for (; i <= n - kLanes; i += kLanes) {
-    const EightPoints p = load8(points + i);
-    const __m256 inside = locator.inside(p);
-    const __m256i isMark = _mm256_cmpeq_epi32(_mm256_castps_si256(p.z), mark);
-    marksSeen = _mm256_or_ps(marksSeen, _mm256_and_ps(inside, _mm256_castsi256_ps(isMark)));
-    _mm256_storeu_si256(reinterpret_cast<__m256i*>(at), locator.cells(p));
-    const int lanes = _mm256_movemask_ps(inside);
-    for (int k = 0; k < kLanes; ++k)
-      if (lanes >> k & 1)
-        takePoint<keepHighest>(cells + at[k], points[i + k].z, _mm256_castsi256_si128(mark));
+  Marked marked{_mm256_set1_epi32(static_cast<int>(emptyMark))};
+  const int end = n / kLanes * kLanes;
+  Batch batch;
+  for (int i = 0; i < end; i += kBatch) {
+    const int size = end - i < kBatch ? end - i : kBatch;
+    locateBatch(points + i, size, locator, marked, batch);
+    takeBatch<keepHighest>(batch, reinterpret_cast<std::uintptr_t>(points + i + size),
+                           _mm256_castsi256_si128(marked.mark), cells);
   }
   const bool restIsUnmarked =
-      plainBinPoints(points + i, n - i, grid, keepHighest, emptyMark, cells);
-  return _mm256_movemask_ps(marksSeen) == 0 && restIsUnmarked;
+      plainBinPoints(points + end, n - end, grid, keepHighest, emptyMark, cells);
+  return _mm256_movemask_ps(marked.seen) == 0 && restIsUnmarked;
 }
 
 } // namespace

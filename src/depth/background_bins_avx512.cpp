@@ -7,8 +7,11 @@ namespace velmorn {
 namespace {
 
 constexpr int kLanes = 16;
-// Points whose cells are known before they are taken there; fits the first caches.
-constexpr int kBatch = 256 * kLanes;
+// Points whose cells are known before they are taken there. Few enough for the processor to locate
+// the next ones while it still waits for the cells of these.
+constexpr int kBatch = 8 * kLanes;
+constexpr int kPointsPerLine = 5;          // of the cache, cut off
+constexpr std::uintptr_t kFarAhead = 4096; // bytes
 
 struct SixteenPoints {
   __m512 x, y, z;
@@ -73,17 +76,61 @@ __m128 better(__m128 cell, __m128 z) {
   return keepHighest ? _mm_max_ss(z, cell) : _mm_min_ss(z, cell);
 }
 
+template <bool keepHighest>
+void takePoint(float* cell, const float* newZ, __m128i emptyMark) {
+  const __m128 z = _mm_load_ss(newZ), old = _mm_load_ss(cell);
+  const __m128 isEmpty = _mm_castsi128_ps(_mm_cmpeq_epi32(_mm_castps_si128(old), emptyMark));
+  _mm_store_ss(cell, _mm_blendv_ps(better<keepHighest>(old, z), z, isEmpty));
+}
+
+// May lie beyond the points: asking for memory never fails.
+void fetch(std::uintptr_t address) {
+  _mm_prefetch(reinterpret_cast<const char*>(address), _MM_HINT_T0);
+}
+
 // Fetches as many of the upcoming points along the way: taking waits for the cells, locating for
 // the points.
 template <bool keepHighest>
-void takeBatch(const Batch& batch, const tagOzKPoint3Df32* upcoming, __m128i emptyMark,
-               float* cells) {
-  for (int i = 0; i < batch.n; ++i) {
-    _mm_prefetch(reinterpret_cast<const char*>(upcoming + i), _MM_HINT_T0);
-    float* const cell = cells + batch.cells[i];
-    const __m128 z = _mm_load_ss(batch.z + i), old = _mm_load_ss(cell);
-    const __m128 isEmpty = _mm_castsi128_ps(_mm_cmpeq_epi32(_mm_castps_si128(old), emptyMark));
-    _mm_store_ss(cell, _mm_blendv_ps(better<keepHighest>(old, z), z, isEmpty));
+void takeBatch(const Batch& batch, std::uintptr_t upcoming, __m128i emptyMark, float* cells) {
+  int i = 0;
+  for (; i <= batch.n - kPointsPerLine; i += kPointsPerLine) {
+    fetch(upcoming);
+    upcoming += kPointsPerLine * sizeof(tagOzKPoint3Df32);
+    for (int k = i; k < i + kPointsPerLine; ++k)
+      takePoint<keepHighest>(cells + batch.cells[k], batch.z + k, emptyMark);
+  }
+  for (; i < batch.n; ++i) takePoint<keepHighest>(cells + batch.cells[i], batch.z + i, emptyMark);
+}
+
+// Points before the first one whose loads keep to the lines of the cache; 0 when there is none.
+int pointsBeforeLine(const tagOzKPoint3Df32* points) {
+  const std::uintptr_t address = reinterpret_cast<std::uintptr_t>(points);
+  // A line has 16 words, a point 3: w words past a line, 5 w points are 16 w words with them.
+  return address % sizeof(float) == 0 ? static_cast<int>(5 * (address / sizeof(float)) % 16) : 0;
+}
+
+struct Marked {
+  __m512i mark;
+  __mmask16 seen = 0; // lanes that had a point inside with the mark as its z
+
+  void look(const SixteenPoints& p, __mmask16 inside) {
+    seen |= _mm512_mask_cmpeq_epi32_mask(inside, _mm512_castps_si512(p.z), mark);
+  }
+};
+
+void locateBatch(const tagOzKPoint3Df32* points, int n, const Locator& locator, Marked& marked,
+                 Batch& batch) {
+  batch.n = 0;
+  for (int i = 0; i < n; i += kLanes) {
+    const std::uintptr_t ahead = reinterpret_cast<std::uintptr_t>(points + i) + kFarAhead;
+    for (std::uintptr_t line = 0; line < 3; ++line) fetch(ahead + 64 * line);
+    const SixteenPoints p = load16(points + i);
+    const __mmask16 inside = locator.inside(p);
+    marked.look(p, inside);
+    _mm512_storeu_si512(batch.cells + batch.n,
+                        _mm512_maskz_compress_epi32(inside, locator.cells(p, inside)));
+    _mm512_storeu_ps(batch.z + batch.n, _mm512_maskz_compress_ps(inside, p.z));
+    batch.n += _mm_popcnt_u32(inside);
   }
 }
 
@@ -91,29 +138,22 @@ template <bool keepHighest>
 bool binWith(const tagOzKPoint3Df32* points, int n, const BinGrid& grid, std::uint32_t emptyMark,
              float* cells) {
   const Locator locator(grid);
-  const __m512i mark = _mm512_set1_epi32(static_cast<int>(emptyMark));
-  __mmask16 marksSeen = 0;
+  Marked marked{_mm512_set1_epi32(static_cast<int>(emptyMark))};
+  const auto binPlainly = [&](int first, int end) {
+    return plainBinPoints(points + first, end - first, grid, keepHighest, emptyMark, cells);
+  };
+  const int start = pointsBeforeLine(points) < n ? pointsBeforeLine(points) : n;
+  const int end = start + (n - start) / kLanes * kLanes;
+  const bool startIsUnmarked = binPlainly(0, start);
   Batch batch;
-  int i = 0;
-  while (i <= n - kLanes) {
-    batch.n = 0;
-    const int start = i, end = n - i > kBatch ? i + kBatch : n;
-    for (; i <= end - kLanes; i += kLanes) {
-      const SixteenPoints p = load16(points + i);
-      const __mmask16 m = locator.inside(p);
-      marksSeen |= _mm512_mask_cmpeq_epi32_mask(m, _mm512_castps_si512(p.z), mark);
-      _mm512_storeu_si512(batch.cells + batch.n,
-                          _mm512_maskz_compress_epi32(m, locator.cells(p, m)));
-      _mm512_storeu_ps(batch.z + batch.n, _mm512_maskz_compress_ps(m, p.z));
-      batch.n += _mm_popcnt_u32(m);
-    }
-    // Near the end there are too few; the batch's own do no harm.
-    const tagOzKPoint3Df32* const upcoming = points + (n - i >= kBatch ? i : start);
-    takeBatch<keepHighest>(batch, upcoming, _mm512_castsi512_si128(mark), cells);
+  for (int i = start; i < end; i += kBatch) {
+    const int size = end - i < kBatch ? end - i : kBatch;
+    locateBatch(points + i, size, locator, marked, batch);
+    takeBatch<keepHighest>(batch, reinterpret_cast<std::uintptr_t>(points + i + size),
+                           _mm512_castsi512_si128(marked.mark), cells);
   }
-  const bool restIsUnmarked =
-      plainBinPoints(points + i, n - i, grid, keepHighest, emptyMark, cells);
-  return marksSeen == 0 && restIsUnmarked;
+  const bool restIsUnmarked = binPlainly(end, n);
+  return marked.seen == 0 && startIsUnmarked && restIsUnmarked;
 }
 
 } // namespace

@@ -41,7 +41,9 @@ std::vector<VectorLevel> runnableLevels() {
   return levels;
 }
 
-void expectPlainBytes(const Points& points, float cellSize, const tagOzKRect2Df32& region) {
+void expectPlainBytes(const tagOzKPoint3Df32* first, int n, float cellSize,
+                      const tagOzKRect2Df32& region) {
+  const Points points(first, first + n);
   for (const bool keepHighest : {false, true}) {
     const PlainBackground plain = plainBinnedCells(points, cellSize, region, keepHighest);
     std::vector<float> expected = plain.cells;
@@ -49,13 +51,16 @@ void expectPlainBytes(const Points& points, float cellSize, const tagOzKRect2Df3
       if (!plain.filled[i]) expected[i] = ofBits(kEmptyMark);
     for (const VectorLevel level : runnableLevels()) {
       std::vector<float> cells(expected.size(), ofBits(kEmptyMark));
-      EXPECT_TRUE(binPointsForm(level)(points.data(), static_cast<int>(points.size()),
-                                       {region, cellSize, plain.width}, keepHighest, kEmptyMark,
-                                       cells.data()));
+      EXPECT_TRUE(binPointsForm(level)(first, n, {region, cellSize, plain.width}, keepHighest,
+                                       kEmptyMark, cells.data()));
       ASSERT_EQ(std::memcmp(cells.data(), expected.data(), 4 * cells.size()), 0)
-          << "level " << static_cast<int>(level) << ", " << points.size() << " points";
+          << "level " << static_cast<int>(level) << ", " << n << " points";
     }
   }
+}
+
+void expectPlainBytes(const Points& points, float cellSize, const tagOzKRect2Df32& region) {
+  expectPlainBytes(points.data(), static_cast<int>(points.size()), cellSize, region);
 }
 
 TEST(BackgroundBins, EverySmallCount) {
@@ -69,6 +74,14 @@ TEST(BackgroundBins, LargeCounts) {
     expectPlainBytes(scatteredPoints(n, 20, 30, 0, 3), 0.37F, regionOf(20, 30));
     expectPlainBytes(scatteredPoints(n, 2, 2, 0, 4), 1, regionOf(2, 2));
   }
+}
+
+// Sixteen starts are all that points can have in a line of the cache.
+TEST(BackgroundBins, WhereverThePointsBegin) {
+  const Points points = scatteredPoints(700, 9, 8, 1, 7);
+  for (int first = 0; first < 16; ++first)
+    for (const int n : {0, 1, 15, 16, 17, 40, 127, 128, 129, 160, 300, 684})
+      expectPlainBytes(points.data() + first, n, 1, regionOf(9, 8));
 }
 
 TEST(BackgroundBins, ValuesThatAreNoNumbers) {
