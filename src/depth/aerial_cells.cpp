@@ -28,21 +28,25 @@ unsigned char* shownAt(const AerialCells& cells, std::int32_t cell) {
 
 // Both of these are written without branches: which sample wins is as good as random.
 
-// The smallest depth does not depend on the order. Samples close to each other often share a cell
-// and would wait for each other: the quarters of the list take turns.
-void takeDepths(const SampleList& list, const AerialCells& cells) {
-  const auto take = [&](int i) {
-    std::uint16_t& nearest = cells.nearest[list.cells[i]];
-    nearest = std::min(nearest, depthOf(list.samples[i]));
-  };
-  const int quarter = list.n / 4;
+// What is smallest does not depend on the order. Samples close to each other often share a cell
+// and would wait for each other: the quarters of a list take turns.
+template <typename Take>
+void takeInTurns(int n, const Take& take) {
+  const int quarter = n / 4;
   for (int i = 0; i < quarter; ++i) {
     take(i);
     take(i + quarter);
     take(i + 2 * quarter);
     take(i + 3 * quarter);
   }
-  for (int i = 4 * quarter; i < list.n; ++i) take(i);
+  for (int i = 4 * quarter; i < n; ++i) take(i);
+}
+
+void takeDepths(const SampleList& list, const AerialCells& cells) {
+  takeInTurns(list.n, [&](int i) {
+    std::uint16_t& nearest = cells.nearest[list.cells[i]];
+    nearest = std::min(nearest, depthOf(list.samples[i]));
+  });
 }
 
 // `to` becomes `from` where mask is all ones and is written as it was where mask is 0.
@@ -115,6 +119,13 @@ void takeCells(const SampleList& list, const AerialCells& cells) {
     takeDepths(list, cells);
   else
     takeColors(list, cells);
+}
+
+void takeKeys(const KeyList& list, SampleKey* cells) {
+  takeInTurns(list.n, [&](int i) {
+    SampleKey& nearest = cells[list.cells[i]];
+    nearest = std::min(nearest, list.keys[i]);
+  });
 }
 
 } // namespace velmorn

@@ -23,6 +23,13 @@ struct SampleList {
   std::int32_t cells[kStretch + kListSlack];
 };
 
+// The same with their colours, as keys.
+struct KeyList {
+  int n = 0;
+  SampleKey keys[kStretch + kListSlack];
+  std::int32_t cells[kStretch + kListSlack];
+};
+
 struct AerialCells {
   std::uint16_t* nearest; // their depths so far, kEmptyCell where there is none
   unsigned char* image;   // their colours so far, null without colour
@@ -56,6 +63,9 @@ void fetchCells(const SampleList& list, const AerialCells& cells);
 
 // Every sample takes its cell, depth and colour, from a farther one.
 void takeCells(const SampleList& list, const AerialCells& cells);
+
+// Every key takes its cell from a larger one.
+void takeKeys(const KeyList& list, SampleKey* cells);
 
 } // namespace velmorn
 

@@ -44,24 +44,49 @@ int listSamples(const DepthStretch& stretch, const CameraFactors& camera, const 
   return length;
 }
 
+int listKeys(const DepthStretch& stretch, const NumberedPixels& pixels, const CameraFactors& camera,
+             const AerialGrid& grid, SampleKey* keys, std::int32_t* cells) {
+  Listed samples[kMostListed + kListSlack];
+  const int length = listSamples(stretch, camera, grid, samples, cells);
+  makeKeys(samples, length, pixels, keys);
+  return length;
+}
+
+void showKeys(const SampleKey* keys, std::size_t n, unsigned char* image) {
+  for (std::size_t i = 0; i < n; ++i)
+    for (std::size_t k = 0; k < 3; ++k)
+      image[3 * i + k] = static_cast<unsigned char>(keys[i] >> 8 * k);
+}
+
 CellRange findRange(const std::int32_t* cells, int n) {
   const auto range = std::minmax_element(cells, cells + n);
   return {*range.first, *range.second};
 }
 
-int listCovered(const std::uint16_t* depth, int n, Listed* covered) {
-  int length = 0;
+CoveredCells listCovered(const std::uint16_t* depth, int n, Listed* covered) {
+  CoveredCells result{0, 0};
   for (int i = 0; i < n; ++i) {
-    covered[length] = listed(depth[i], i); // overwritten by the next one when it is empty
-    length += depth[i] != kEmptyCell;
+    const bool isCovered = depth[i] != kEmptyCell;
+    covered[result.n] = listed(depth[i], i); // overwritten by the next one when it is empty
+    result.n += isCovered;
+    result.depthBits |= static_cast<std::uint16_t>(isCovered ? depth[i] : 0);
   }
-  return length;
+  return result;
 }
 
 } // namespace
 
+void makeKeys(const Listed* samples, int n, const NumberedPixels& pixels, SampleKey* keys) {
+  for (int i = 0; i < n; ++i) {
+    const std::uint32_t offset = offsetOf(samples[i]);
+    const unsigned char* pixel = pixels.bytes + std::size_t{3} * offset;
+    const std::uint32_t color = pixel[0] | pixel[1] << 8 | pixel[2] << 16;
+    keys[i] = sampleKey(depthOf(samples[i]), pixels.first + offset, color);
+  }
+}
+
 const AerialKernels& plainAerialKernels() {
-  static const AerialKernels kernels{listSamples, findRange, listCovered};
+  static const AerialKernels kernels{listSamples, listKeys, showKeys, findRange, listCovered};
   return kernels;
 }
 

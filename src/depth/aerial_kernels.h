@@ -7,6 +7,7 @@
 #ifndef VELMORN64_DEPTH_AERIAL_KERNELS_H
 #define VELMORN64_DEPTH_AERIAL_KERNELS_H
 
+#include <cstddef>
 #include <cstdint>
 
 #include "foundation/platform.h"
@@ -60,6 +61,36 @@ constexpr std::uint32_t offsetOf(Listed element) { return element & 0xFFFFU; }
 using ListSamples = int (*)(const DepthStretch& stretch, const CameraFactors& camera,
                             const AerialGrid& grid, Listed* samples, std::int32_t* cells);
 
+// A sample with its colour as one number, from the top: depth (16 bits), the sample's number in the
+// call's order (24), its pixel's bytes, lowest first (24). A cell's smallest key is that of its
+// nearest sample, the first of equally near ones, whatever the order they come in.
+using SampleKey = std::uint64_t;
+
+// Black; not larger than the key of any sample with a depth of 65535, which counts as none.
+constexpr SampleKey kEmptyKey = SampleKey{65535} << 48;
+// Samples that a call may number.
+constexpr std::uint32_t kMostNumbered = 1U << 24;
+
+constexpr SampleKey sampleKey(std::uint16_t depth, std::uint32_t number, std::uint32_t color) {
+  return SampleKey{depth} << 48 | SampleKey{number} << 24 | color;
+}
+
+// What a stretch has for its keys.
+struct NumberedPixels {
+  const unsigned char* bytes; // three of each of the stretch's pixels
+  std::uint32_t first;        // number of the first sample
+};
+
+// As ListSamples, with keys for the samples.
+//
+// keys, cells  out, room for n + kListSlack
+using ListKeys = int (*)(const DepthStretch& stretch, const NumberedPixels& pixels,
+                         const CameraFactors& camera, const AerialGrid& grid, SampleKey* keys,
+                         std::int32_t* cells);
+
+// Writes the colours of n keys, three bytes each.
+using ShowKeys = void (*)(const SampleKey* keys, std::size_t n, unsigned char* image);
+
 struct CellRange {
   std::int32_t first, last;
 };
@@ -67,19 +98,27 @@ struct CellRange {
 // The smallest and the largest of n cells, at least 1.
 using FindRange = CellRange (*)(const std::int32_t* cells, int n);
 
+struct CoveredCells {
+  int n;
+  std::uint16_t depthBits; // of all their depths
+};
+
 // Lists the cells that have a depth (all but kEmptyCell), in their order.
 //
 // depth    n cells, at most kMostListed
 // covered  out, room for n + kListSlack
-//
-// Returns the list's length.
-using ListCovered = int (*)(const std::uint16_t* depth, int n, Listed* covered);
+using ListCovered = CoveredCells (*)(const std::uint16_t* depth, int n, Listed* covered);
 
 struct AerialKernels {
   ListSamples listSamples;
+  ListKeys listKeys;
+  ShowKeys showKeys;
   FindRange findRange;
   ListCovered listCovered;
 };
+
+// The keys of n listed samples: what is left of listKeys after listSamples.
+void makeKeys(const Listed* samples, int n, const NumberedPixels& pixels, SampleKey* keys);
 
 // The plain form, in every build.
 const AerialKernels& plainAerialKernels();

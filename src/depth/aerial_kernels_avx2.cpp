@@ -58,6 +58,11 @@ __m256i compress(__m256i v, std::uint64_t lanes) {
 }
 
 void store(void* to, __m256i v) { _mm256_storeu_si256(static_cast<__m256i*>(to), v); }
+void store(void* to, __m128i v) { _mm_storeu_si128(static_cast<__m128i*>(to), v); }
+
+__m256i load4(const SampleKey* from) {
+  return _mm256_loadu_si256(reinterpret_cast<const __m256i*>(from));
+}
 
 __m256i load8(const std::uint16_t* from) {
   return _mm256_cvtepu16_epi32(_mm_loadu_si128(reinterpret_cast<const __m128i*>(from)));
@@ -114,6 +119,33 @@ int listSamples(const DepthStretch& stretch, const CameraFactors& camera, const 
   return length + listRest(stretch, i, camera, grid, samples + length, cells + length);
 }
 
+int listKeys(const DepthStretch& stretch, const NumberedPixels& pixels, const CameraFactors& camera,
+             const AerialGrid& grid, SampleKey* keys, std::int32_t* cells) {
+  Listed samples[kMostListed + kListSlack];
+  const int length = listSamples(stretch, camera, grid, samples, cells);
+  makeKeys(samples, length, pixels, keys);
+  return length;
+}
+
+// Eight keys at a time, 24 bytes; both stores reach over what follows, which is written later.
+void showKeys(const SampleKey* keys, std::size_t n, unsigned char* image) {
+  const __m256i bytes = _mm256_broadcastsi128_si256(
+      _mm_setr_epi8(0, 1, 2, 4, 5, 6, 8, 9, 10, 12, 13, 14, -1, -1, -1, -1));
+  std::size_t i = 0;
+  for (; i + 10 <= n; i += 8) {
+    const __m256 low = _mm256_castsi256_ps(load4(keys + i)),
+                 high = _mm256_castsi256_ps(load4(keys + i + 4));
+    // Keys 0 1 4 5 and 2 3 6 7, put in order.
+    const __m256i colors = _mm256_permute4x64_epi64(
+        _mm256_castps_si256(_mm256_shuffle_ps(low, high, _MM_SHUFFLE(2, 0, 2, 0))),
+        _MM_SHUFFLE(3, 1, 2, 0));
+    const __m256i packed = _mm256_shuffle_epi8(colors, bytes);
+    store(image + 3 * i, _mm256_castsi256_si128(packed));
+    store(image + 3 * i + 12, _mm256_extracti128_si256(packed, 1));
+  }
+  plainAerialKernels().showKeys(keys + i, n - i, image + 3 * i);
+}
+
 // The last vector starts where it ends with the last cell.
 CellRange findRange(const std::int32_t* cells, int n) {
   if (n < 8) return plainAerialKernels().findRange(cells, n);
@@ -132,27 +164,36 @@ CellRange findRange(const std::int32_t* cells, int n) {
   return {least, plainAerialKernels().findRange(lasts, 8).last};
 }
 
-int listCovered(const std::uint16_t* depth, int n, Listed* covered) {
+std::uint16_t bitsOf(__m256i depths) {
+  std::uint32_t lanes[8], bits = 0;
+  store(lanes, depths);
+  for (const std::uint32_t lane : lanes) bits |= lane;
+  return static_cast<std::uint16_t>(bits);
+}
+
+CoveredCells listCovered(const std::uint16_t* depth, int n, Listed* covered) {
   const LaneTable& table = laneTable();
   const __m256i empty = _mm256_set1_epi32(kEmptyCell);
+  __m256i bits = _mm256_setzero_si256();
   int length = 0;
   int i = 0;
   for (; i <= n - 8; i += 8) {
     const __m256i cell = load8(depth + i);
-    const __m256 isEmpty = _mm256_castsi256_ps(_mm256_cmpeq_epi32(cell, empty));
-    const int mask = _mm256_movemask_ps(isEmpty) ^ 0xFF;
+    const __m256i isEmpty = _mm256_cmpeq_epi32(cell, empty);
+    bits = _mm256_or_si256(bits, _mm256_andnot_si256(isEmpty, cell));
+    const int mask = _mm256_movemask_ps(_mm256_castsi256_ps(isEmpty)) ^ 0xFF;
     store(covered + length, compress(listed8(cell, i), table.lanesOf[mask]));
     length += __builtin_popcount(static_cast<unsigned>(mask));
   }
-  const int rest = plainAerialKernels().listCovered(depth + i, n - i, covered + length);
-  for (int k = 0; k < rest; ++k) covered[length + k] += static_cast<Listed>(i);
-  return length + rest;
+  const CoveredCells rest = plainAerialKernels().listCovered(depth + i, n - i, covered + length);
+  for (int k = 0; k < rest.n; ++k) covered[length + k] += static_cast<Listed>(i);
+  return {length + rest.n, static_cast<std::uint16_t>(bitsOf(bits) | rest.depthBits)};
 }
 
 } // namespace
 
 const AerialKernels& avx2AerialKernels() {
-  static const AerialKernels kernels{listSamples, findRange, listCovered};
+  static const AerialKernels kernels{listSamples, listKeys, showKeys, findRange, listCovered};
   return kernels;
 }
 

@@ -78,16 +78,28 @@ bool shareCells(const DepthStretch& stretch, const AerialGrid& grid) {
   return distance < kCloseCells * grid.resolution && -distance < kCloseCells * grid.resolution;
 }
 
-template <bool leavesOutBeaten>
-int listAll(const DepthStretch& stretch, const CameraFactors& camera, const AerialGrid& grid,
-            Listed* samples, std::int32_t* cells) {
+// Sixteen samples of a stretch, those from `first` on.
+struct Sixteen {
+  int first;
+  __mmask16 part; // lanes that the stretch has
+  __mmask16 kept; // lanes that are listed
+  __m512i depth, cell;
+
+  __m512i offsets() const {
+    const __m512i lanes = _mm512_setr_epi32(0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15);
+    return _mm512_add_epi32(lanes, _mm512_set1_epi32(first));
+  }
+  __m512i listed() const { return _mm512_or_si512(_mm512_slli_epi32(depth, 16), offsets()); }
+};
+
+template <bool leavesOutBeaten, typename Append>
+void listAll(const DepthStretch& stretch, const CameraFactors& camera, const AerialGrid& grid,
+             Append& append) {
   const VectorGrid vectorGrid(grid);
   const VectorRow rowX(camera.r00, camera.r01, camera.r02, camera.t0);
   const VectorRow rowY(camera.r10, camera.r11, camera.r12, camera.t1);
   const __m512 rowFactor = _mm512_set1_ps(stretch.rowFactor);
-  const __m512i lanes = _mm512_setr_epi32(0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15);
 
-  int length = 0;
   for (int i = 0; i < stretch.n; i += 16) {
     const int rest = stretch.n - i;
     const auto part = static_cast<__mmask16>(rest < 16 ? (1U << rest) - 1 : 0xFFFFU);
@@ -103,20 +115,106 @@ int listAll(const DepthStretch& stretch, const CameraFactors& camera, const Aeri
     // Samples outside have the cell -1: they beat none inside.
     const __m512i cell =
         _mm512_mask_mov_epi32(_mm512_set1_epi32(-1), inside, cellsOf(p, vectorGrid));
-    const __m512i sample = _mm512_or_si512(_mm512_slli_epi32(depth, 16),
-                                           _mm512_add_epi32(lanes, _mm512_set1_epi32(i)));
-    const __mmask16 kept = leavesOutBeaten ? withoutBeaten(inside, cell, sample) : inside;
-    _mm512_storeu_si512(samples + length, _mm512_maskz_compress_epi32(kept, sample));
-    _mm512_storeu_si512(cells + length, _mm512_maskz_compress_epi32(kept, cell));
-    length += __builtin_popcount(kept);
+    Sixteen samples{i, part, inside, depth, cell};
+    if (leavesOutBeaten) samples.kept = withoutBeaten(inside, cell, samples.listed());
+    append(samples);
   }
-  return length;
+}
+
+// The cells, which both lists have.
+struct CellList {
+  std::int32_t* cells;
+  int length = 0;
+
+  void append(const Sixteen& s) {
+    _mm512_storeu_si512(cells + length, _mm512_maskz_compress_epi32(s.kept, s.cell));
+    length += __builtin_popcount(s.kept);
+  }
+};
+
+struct AppendSamples {
+  Listed* samples;
+  CellList list;
+
+  void operator()(const Sixteen& s) {
+    _mm512_storeu_si512(samples + list.length, _mm512_maskz_compress_epi32(s.kept, s.listed()));
+    list.append(s);
+  }
+};
+
+struct AppendKeys {
+  NumberedPixels pixels;
+  SampleKey* keys;
+  CellList list;
+
+  // A pixel's three bytes in every lane.
+  __m512i colors(const Sixteen& s) const {
+    const __mmask64 part = (__mmask64{1} << 3 * __builtin_popcount(s.part)) - 1;
+    const __m512i bytes = _mm512_maskz_loadu_epi8(part, pixels.bytes + 3 * s.first);
+    // Twelve bytes to each 128 bits.
+    const __m512i fourEach = _mm512_permutexvar_epi32(
+        _mm512_setr_epi32(0, 1, 2, 2, 3, 4, 5, 5, 6, 7, 8, 8, 9, 10, 11, 11), bytes);
+    return _mm512_shuffle_epi8(
+        fourEach, _mm512_broadcast_i32x4(
+                      _mm_setr_epi8(0, 1, 2, -1, 3, 4, 5, -1, 6, 7, 8, -1, 9, 10, 11, -1)));
+  }
+
+  void operator()(const Sixteen& s) {
+    const __m512i number =
+        _mm512_add_epi32(s.offsets(), _mm512_set1_epi32(static_cast<int>(pixels.first)));
+    const __m512i upper =
+        _mm512_or_si512(_mm512_slli_epi32(s.depth, 16), _mm512_srli_epi32(number, 8));
+    const __m512i lower = _mm512_or_si512(_mm512_slli_epi32(number, 24), colors(s));
+    const __m512i first = _mm512_permutex2var_epi32(
+        lower, _mm512_setr_epi32(0, 16, 1, 17, 2, 18, 3, 19, 4, 20, 5, 21, 6, 22, 7, 23), upper);
+    const __m512i second = _mm512_permutex2var_epi32(
+        lower, _mm512_setr_epi32(8, 24, 9, 25, 10, 26, 11, 27, 12, 28, 13, 29, 14, 30, 15, 31),
+        upper);
+    const auto keptFirst = static_cast<__mmask8>(s.kept),
+               keptSecond = static_cast<__mmask8>(s.kept >> 8);
+    SampleKey* const end = keys + list.length;
+    _mm512_storeu_si512(end, _mm512_maskz_compress_epi64(keptFirst, first));
+    _mm512_storeu_si512(end + __builtin_popcount(keptFirst),
+                        _mm512_maskz_compress_epi64(keptSecond, second));
+    list.append(s);
+  }
+};
+
+template <typename Append>
+int listInto(Append append, const DepthStretch& stretch, const CameraFactors& camera,
+             const AerialGrid& grid) {
+  if (shareCells(stretch, grid))
+    listAll<true>(stretch, camera, grid, append);
+  else
+    listAll<false>(stretch, camera, grid, append);
+  return append.list.length;
 }
 
 int listSamples(const DepthStretch& stretch, const CameraFactors& camera, const AerialGrid& grid,
                 Listed* samples, std::int32_t* cells) {
-  return shareCells(stretch, grid) ? listAll<true>(stretch, camera, grid, samples, cells)
-                                   : listAll<false>(stretch, camera, grid, samples, cells);
+  return listInto(AppendSamples{samples, {cells}}, stretch, camera, grid);
+}
+
+int listKeys(const DepthStretch& stretch, const NumberedPixels& pixels, const CameraFactors& camera,
+             const AerialGrid& grid, SampleKey* keys, std::int32_t* cells) {
+  return listInto(AppendKeys{pixels, keys, {cells}}, stretch, camera, grid);
+}
+
+void showKeys(const SampleKey* keys, std::size_t n, unsigned char* image) {
+  const __m512i bytes =
+      _mm512_broadcast_i32x4(_mm_setr_epi8(0, 1, 2, 4, 5, 6, 8, 9, 10, 12, 13, 14, -1, -1, -1, -1));
+  const __m512i twelveEach =
+      _mm512_setr_epi32(0, 1, 2, 4, 5, 6, 8, 9, 10, 12, 13, 14, 15, 15, 15, 15);
+  std::size_t i = 0;
+  for (; i + 16 <= n; i += 16) {
+    const __m256i first = _mm512_cvtepi64_epi32(_mm512_loadu_si512(keys + i)),
+                  second = _mm512_cvtepi64_epi32(_mm512_loadu_si512(keys + i + 8));
+    const __m512i colors = _mm512_inserti64x4(_mm512_castsi256_si512(first), second, 1);
+    _mm512_mask_storeu_epi8(
+        image + 3 * i, 0xFFFFFFFFFFFF,
+        _mm512_permutexvar_epi32(twelveEach, _mm512_shuffle_epi8(colors, bytes)));
+  }
+  plainAerialKernels().showKeys(keys + i, n - i, image + 3 * i);
 }
 
 CellRange findRange(const std::int32_t* cells, int n) {
@@ -140,26 +238,29 @@ int appendCovered(__m256i depth, int first, __mmask16 chosen, Listed* covered, i
   return length + __builtin_popcount(chosen);
 }
 
-int listCovered(const std::uint16_t* depth, int n, Listed* covered) {
+CoveredCells listCovered(const std::uint16_t* depth, int n, Listed* covered) {
   const __m512i empty = _mm512_set1_epi16(static_cast<short>(kEmptyCell));
+  __m512i bits = _mm512_setzero_si512(); // two depths to a lane
   int length = 0;
   for (int i = 0; i < n; i += 32) {
     const int rest = n - i;
     const __mmask32 part = rest < 32 ? (1U << rest) - 1 : 0xFFFFFFFFU;
     const __m512i cells = _mm512_maskz_loadu_epi16(part, depth + i);
     const __mmask32 hasDepth = _mm512_mask_cmpneq_epi16_mask(part, cells, empty);
+    bits = _mm512_or_si512(bits, _mm512_maskz_mov_epi16(hasDepth, cells));
     length = appendCovered(_mm512_castsi512_si256(cells), i, static_cast<__mmask16>(hasDepth),
                            covered, length);
     length = appendCovered(_mm512_extracti64x4_epi64(cells, 1), i + 16,
                            static_cast<__mmask16>(hasDepth >> 16), covered, length);
   }
-  return length;
+  const auto lanes = static_cast<std::uint32_t>(_mm512_reduce_or_epi32(bits));
+  return {length, static_cast<std::uint16_t>(lanes | lanes >> 16)};
 }
 
 } // namespace
 
 const AerialKernels& avx512AerialKernels() {
-  static const AerialKernels kernels{listSamples, findRange, listCovered};
+  static const AerialKernels kernels{listSamples, listKeys, showKeys, findRange, listCovered};
   return kernels;
 }
 

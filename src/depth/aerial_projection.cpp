@@ -2,15 +2,15 @@
 #include "depth/aerial_projection.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <new>
 #include <optional>
 #include <vector>
 
-#include "depth/aerial_cells.h"
-#include "depth/aerial_kernels.h"
-#include "depth/aerial_prefetch.h"
+#include "depth/aerial_cameras.h"
 #include "depth/depth_false_color.h"
 #include "depth/grid_size.h"
 
@@ -59,38 +59,38 @@ bool isImageOfSize(const cv::Mat& m, const GridSize& grid) {
          !m.empty();
 }
 
-// One call's cameras and grid, with everything that can fail done before the output is touched.
-struct Projection {
-  Matrices depths, colors; // headers of their own: the output may be one of the inputs
-  std::vector<CameraFactors> cameras;
-  std::vector<float> columnFactors; // of one camera at a time
-  AerialGrid grid;
-  std::unique_ptr<std::uint16_t[]> nearest; // the cells' depths so far
-  cv::Mat image;                            // the output itself where it can be written in place
+// The cells' depths and the tables to colour them by are one piece of memory: of two that are about
+// as large, glibc's malloc hands the pages back after every call, and every call pays for them
+// again.
+struct DepthMemory {
+  std::unique_ptr<unsigned char[]> bytes;
+  std::uint16_t* nearest = nullptr;
+  DepthCounts* counts =
+      nullptr; // null for a coloured view, or when there is memory for depths only
 };
 
-// firstFromCam is null for the first camera.
-CameraFactors cameraFactors(const tagOzKCamIntrinsic& intrinsic,
-                            const tagOzKCamExtrinsic* firstFromCam) {
-  const double* m = intrinsic.matrix;
-  CameraFactors camera{};
-  camera.ifx = static_cast<float>(1 / m[0]);
-  camera.ify = static_cast<float>(1 / m[4]);
-  camera.cx = static_cast<float>(m[2]);
-  camera.cy = static_cast<float>(m[5]);
-  camera.isFirst = firstFromCam == nullptr;
-  if (camera.isFirst) return camera;
-  const double* e = firstFromCam->data;
-  camera.r00 = static_cast<float>(e[0]);
-  camera.r01 = static_cast<float>(e[1]);
-  camera.r02 = static_cast<float>(e[2]);
-  camera.t0 = static_cast<float>(e[3]);
-  camera.r10 = static_cast<float>(e[4]);
-  camera.r11 = static_cast<float>(e[5]);
-  camera.r12 = static_cast<float>(e[6]);
-  camera.t1 = static_cast<float>(e[7]);
-  return camera;
+DepthMemory allocateDepths(std::size_t cellCount, bool withCounts) {
+  const std::size_t depthBytes = cellCount * sizeof(std::uint16_t);
+  DepthMemory memory;
+  if (withCounts)
+    memory.bytes.reset(new (std::nothrow) unsigned char[sizeof(DepthCounts) + depthBytes]);
+  if (memory.bytes != nullptr) {
+    memory.counts = new (memory.bytes.get()) DepthCounts;
+    memory.nearest = reinterpret_cast<std::uint16_t*>(memory.bytes.get() + sizeof(DepthCounts));
+    return memory;
+  }
+  memory.bytes.reset(new unsigned char[depthBytes]);
+  memory.nearest = reinterpret_cast<std::uint16_t*>(memory.bytes.get());
+  return memory;
 }
+
+// One call, with everything that can fail done before the output is touched.
+struct Projection {
+  AerialCameras cameras; // matrices are headers of their own: the output may be one of the inputs
+  std::unique_ptr<SampleKey[]> keys; // the cells' nearest samples so far, or
+  DepthMemory depths;                // their depths
+  cv::Mat image;                     // the output itself where it can be written in place
+};
 
 std::size_t cellCount(const GridSize& size) {
   return static_cast<std::size_t>(size.width) * static_cast<std::size_t>(size.height);
@@ -100,68 +100,41 @@ Projection prepare(Matrices depths, Matrices colors, const tagOzKCamIntrinsic* i
                    const tagOzKCamExtrinsic* extrinsics, const tagOzKRect2Df32& region,
                    float resolution, const GridSize& size, const cv::Mat& aerialImage) {
   Projection p;
-  p.grid = {region, resolution, size.width};
-  int widest = 0;
-  for (std::size_t k = 0; k < depths.size(); ++k) {
-    p.cameras.push_back(cameraFactors(intrinsics[k], k == 0 ? nullptr : extrinsics + k));
-    widest = std::max(widest, depths[k].cols);
-  }
-  p.columnFactors.resize(static_cast<std::size_t>(widest));
-  p.nearest.reset(new std::uint16_t[cellCount(size)]);
   const bool inPlace = isImageOfSize(aerialImage, size) && aerialImage.isContinuous() &&
                        !sharesMemory(aerialImage, depths) && !sharesMemory(aerialImage, colors);
   if (inPlace)
     p.image = aerialImage;
   else
     p.image.create(size.height, size.width, CV_8UC3);
-  p.depths = std::move(depths);
-  p.colors = std::move(colors);
+  p.cameras = AerialCameras(std::move(depths), std::move(colors), intrinsics, extrinsics,
+                            {region, resolution, size.width}, cellCount(size));
+  const bool isColored = !p.cameras.colors.empty();
+  if (isColored && fitKeys(p.cameras))
+    p.keys.reset(new SampleKey[p.cameras.cellCount]);
+  else
+    p.depths = allocateDepths(p.cameras.cellCount, !isColored);
   return p;
 }
 
-// (u - cx) * ifx of every column.
-void fillColumnFactors(const CameraFactors& camera, int width, float* factors) {
-  for (int u = 0; u < width; ++u) factors[u] = (static_cast<float>(u) - camera.cx) * camera.ifx;
+// Without memory for the tables the image is black; that is no failure.
+void showDepths(const DepthMemory& depths, const GridSize& size, cv::Mat& image) {
+  if (depths.counts != nullptr)
+    renderDepthFalseColor(depths.nearest, size.width, size.height, image.ptr(), *depths.counts);
+  else if (renderDepthFalseColor(depths.nearest, size.width, size.height, image.ptr()) !=
+           kOzkSuccess)
+    image.setTo(cv::Scalar::all(0));
 }
 
-// Asks for the samples and pixels of a stretch.
-void fetchStretch(const Projection& p, std::size_t k, int v, int u, int n) {
-  if (v >= p.depths[k].rows) return;
-  const auto samples = static_cast<std::size_t>(n), first = static_cast<std::size_t>(u);
-  fetchForReading(p.depths[k].ptr<std::uint16_t>(v) + first, samples * sizeof(std::uint16_t));
-  if (!p.colors.empty())
-    fetchForReading(p.colors[k].ptr(v) + kColorBytes * first, kColorBytes * samples);
-}
-
-void listStretch(const AerialKernels& kernels, const Projection& p, std::size_t k, int v, int u,
-                 int n, SampleList& list) {
-  const CameraFactors& camera = p.cameras[k];
-  const DepthStretch stretch{p.depths[k].ptr<std::uint16_t>(v) + u, p.columnFactors.data() + u, n,
-                             (static_cast<float>(v) - camera.cy) * camera.ify};
-  list.n = kernels.listSamples(stretch, camera, p.grid, list.samples, list.cells);
-  if (!p.colors.empty())
-    list.color = p.colors[k].ptr(v) + kColorBytes * static_cast<std::size_t>(u);
-}
-
-// A list is taken when the next one is made: until then the memory of its cells is on its way, and
-// that of the row below.
-void projectCamera(const AerialKernels& kernels, Projection& p, std::size_t k,
-                   const AerialCells& cells, CellClearing& clearing) {
-  const int width = p.depths[k].cols;
-  fillColumnFactors(p.cameras[k], width, p.columnFactors.data());
-  SampleList lists[2];
-  int current = 0;
-  for (int v = 0; v < p.depths[k].rows; ++v)
-    for (int u = 0; u < width; u += kStretch) {
-      const int n = std::min(kStretch, width - u);
-      listStretch(kernels, p, k, v, u, n, lists[current]);
-      clearing.clearFor(lists[current]);
-      if (k > 0) fetchCells(lists[current], cells); // the first camera's have just been cleared
-      fetchStretch(p, k, v + 1, u, n);
-      current = 1 - current;
-      takeCells(lists[current], cells);
-    }
-  takeCells(lists[1 - current], cells);
+void fillImage(Projection& p, const GridSize& size) {
+  AerialCameras& cameras = p.cameras;
+  if (p.keys != nullptr) {
+    projectByKeys(cameras, p.keys.get(), p.image.data);
+    return;
+  }
+  const bool isColored = !cameras.colors.empty();
+  projectByDepths(cameras,
+                  {p.depths.nearest, isColored ? p.image.data : nullptr, cameras.cellCount});
+  if (!isColored) showDepths(p.depths, size, p.image);
 }
 
 // Hands the image over; a matrix that fits already keeps its place in memory.
@@ -183,16 +156,7 @@ int project(Matrices depths, Matrices colors, const tagOzKCamIntrinsic* intrinsi
 
   Projection p = prepare(std::move(depths), std::move(colors), intrinsics, extrinsics, region,
                          resolution, *size, aerialImage);
-  const bool isColored = !p.colors.empty();
-  const AerialCells cells{p.nearest.get(), isColored ? p.image.data : nullptr, cellCount(*size)};
-  static const AerialKernels& kernels = aerialKernels(supportedVectorLevel());
-  CellClearing clearing(cells, kernels);
-  for (std::size_t k = 0; k < p.cameras.size(); ++k) projectCamera(kernels, p, k, cells, clearing);
-  clearing.clearRest();
-  // Without memory for the colours the image stays black; that is no failure.
-  if (!isColored && renderDepthFalseColor(p.nearest.get(), size->width, size->height,
-                                          p.image.ptr()) != kOzkSuccess)
-    p.image.setTo(cv::Scalar::all(0));
+  fillImage(p, *size);
   deliver(p, *size, aerialImage);
   return kOzkSuccess;
 }

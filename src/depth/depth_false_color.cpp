@@ -70,29 +70,14 @@ bool findKept(const Block& block, Covered& covered) {
   return true;
 }
 
-// How often each depth occurs. Neighbours often have the same depth; two tables in turn spare most
-// of the waiting for a count that was just written.
-struct Counts {
-  int depths = 0; // the tables are in use for the depths below
-  std::uint32_t even[kDepths + 1], odd[kDepths + 1];
-
-  void use(int below) {
-    if (below <= depths) return;
-    std::fill(even + depths, even + below, 0U);
-    std::fill(odd + depths, odd + below, 0U);
-    depths = below;
-  }
-};
-
-// Not below any of the depths, and less than twice the largest.
-int depthLimit(const Covered& covered) {
-  Listed bits = 0;
-  for (int i = 0; i < covered.n; ++i) bits |= covered.cells[i];
-  return depthOf(bits);
+void use(DepthCounts& counts, int below) {
+  if (below <= counts.depths) return;
+  std::fill(counts.even + counts.depths, counts.even + below, 0U);
+  std::fill(counts.odd + counts.depths, counts.odd + below, 0U);
+  counts.depths = below;
 }
 
-void countCells(const Covered& covered, Counts& counts) {
-  counts.use(depthLimit(covered) + 1);
+void countCells(const Covered& covered, DepthCounts& counts) {
   const int n = covered.n;
   for (int i = 0; i + 1 < n; i += 2) {
     ++counts.even[depthOf(covered.cells[i])];
@@ -103,12 +88,14 @@ void countCells(const Covered& covered, Counts& counts) {
 
 // Returns the number of covered cells.
 std::uint32_t count(const unsigned short* depth, std::size_t cells, unsigned char* output,
-                    Counts& counts) {
+                    DepthCounts& counts) {
   static const AerialKernels& kernels = aerialKernels(supportedVectorLevel());
   std::uint32_t total = 0;
   Covered covered;
   forEachBlock(depth, cells, output, [&](const Block& block) {
-    covered.n = kernels.listCovered(block.depth, block.size, covered.cells);
+    const CoveredCells found = kernels.listCovered(block.depth, block.size, covered.cells);
+    covered.n = found.n;
+    use(counts, found.depthBits + 1); // not below any of the depths, less than twice the largest
     countCells(covered, counts);
     keep(covered, block);
     total += static_cast<std::uint32_t>(covered.n);
@@ -122,7 +109,7 @@ std::uint32_t colour(std::uint32_t e) {
 }
 
 // The colour of every depth that occurs, in place of its even count, and of empty cells.
-void equalise(Counts& counts, std::uint32_t total) {
+void equalise(DepthCounts& counts, std::uint32_t total) {
   std::uint32_t sum = 0;
   for (int i = 0; i < counts.depths; ++i) {
     const std::uint32_t n = counts.even[i] + counts.odd[i];
@@ -167,13 +154,19 @@ void paint(const unsigned short* depth, std::size_t cells, const std::uint32_t* 
 
 int renderDepthFalseColor(const unsigned short* depth, int width, int height,
                           unsigned char* output) {
-  const std::unique_ptr<Counts> counts(new (std::nothrow) Counts);
+  const std::unique_ptr<DepthCounts> counts(new (std::nothrow) DepthCounts);
   if (!counts) return kOzkComputationFailed;
-  const std::size_t cells = static_cast<std::size_t>(width) * static_cast<std::size_t>(height);
-  const std::uint32_t total = count(depth, cells, output, *counts);
-  equalise(*counts, total);
-  paint(depth, cells, counts->even, output);
+  renderDepthFalseColor(depth, width, height, output, *counts);
   return kOzkSuccess;
+}
+
+void renderDepthFalseColor(const unsigned short* depth, int width, int height,
+                           unsigned char* output, DepthCounts& counts) {
+  const std::size_t cells = static_cast<std::size_t>(width) * static_cast<std::size_t>(height);
+  counts.depths = 0;
+  const std::uint32_t total = count(depth, cells, output, counts);
+  equalise(counts, total);
+  paint(depth, cells, counts.even, output);
 }
 
 } // namespace velmorn

@@ -2,6 +2,8 @@
 #ifndef VELMORN64_DEPTH_DEPTH_FALSE_COLOR_H
 #define VELMORN64_DEPTH_DEPTH_FALSE_COLOR_H
 
+#include <cstdint>
+
 namespace velmorn {
 
 // Value of a cell without a sample.
@@ -18,6 +20,17 @@ constexpr unsigned short kEmptyCell = 65535;
 // cells. Returns 0, or -1 with output untouched when there is no memory for the tables.
 int renderDepthFalseColor(const unsigned short* depth, int width, int height,
                           unsigned char* output);
+
+// Tables of a rendering. Neighbours often have the same depth; two tables in turn spare most of the
+// waiting for a count that was just written.
+struct DepthCounts {
+  int depths; // the tables are in use for the depths below
+  std::uint32_t even[kEmptyCell + 1], odd[kEmptyCell + 1];
+};
+
+// The same with tables of the caller's, whatever is in them.
+void renderDepthFalseColor(const unsigned short* depth, int width, int height,
+                           unsigned char* output, DepthCounts& counts);
 
 } // namespace velmorn
 

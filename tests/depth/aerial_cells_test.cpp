@@ -125,5 +125,30 @@ TEST(TakeCells, NearestOfAListStays) {
   }
 }
 
+// The first of equally near samples stays, whatever its colour; a depth of 65535 is none.
+TEST(TakeKeys, SmallestKeyOfAListStays) {
+  std::mt19937 random(4);
+  for (int n = 0; n <= 40; ++n) {
+    KeyList list;
+    std::vector<std::uint16_t> nearest(5, kEmptyCell);
+    std::vector<std::uint32_t> expected(5, 0), found;
+    for (int i = 0; i < n; ++i) {
+      const auto depth = static_cast<std::uint16_t>(i % 9 == 0 ? kEmptyCell : 1 + random() % 6);
+      const std::uint32_t color = random() & 0xFFFFFF;
+      const std::size_t cell = random() % 5;
+      list.keys[list.n] = sampleKey(depth, static_cast<std::uint32_t>(i), color);
+      list.cells[list.n++] = static_cast<std::int32_t>(cell);
+      if (depth >= nearest[cell]) continue;
+      nearest[cell] = depth;
+      expected[cell] = color;
+    }
+    std::vector<SampleKey> cells(5, kEmptyKey);
+    takeKeys(list, cells.data());
+    for (const SampleKey& cell : cells)
+      found.push_back(static_cast<std::uint32_t>(cell & 0xFFFFFF));
+    EXPECT_EQ(found, expected) << n;
+  }
+}
+
 } // namespace
 } // namespace velmorn

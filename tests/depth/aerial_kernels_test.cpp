@@ -66,6 +66,37 @@ std::vector<ListedSample> list(const AerialKernels& kernels, const Samples& s) {
   return listed;
 }
 
+// Colours that tell pixels apart.
+std::vector<unsigned char> pixelsFor(std::size_t n) {
+  std::vector<unsigned char> bytes(3 * n);
+  for (std::size_t i = 0; i < bytes.size(); ++i)
+    bytes[i] = static_cast<unsigned char>(i * 37 % 251);
+  return bytes;
+}
+
+// The keys that a form lists are those of the samples it lists, one by one.
+void expectKeysOfList(const Form& form, const Samples& s,
+                      const std::vector<ListedSample>& samples) {
+  constexpr std::uint32_t kFirst = 0xABCDEF;
+  const std::vector<unsigned char> pixels = pixelsFor(s.depth.size());
+  std::vector<SampleKey> keys(s.depth.size() + kListSlack), expected;
+  std::vector<std::int32_t> cells(s.depth.size() + kListSlack);
+  const DepthStretch stretch{s.depth.data(), s.columnFactors.data(),
+                             static_cast<int>(s.depth.size()), s.rowFactor};
+  const int length = form.kernels.listKeys(stretch, {pixels.data(), kFirst}, s.camera, s.grid,
+                                           keys.data(), cells.data());
+  ASSERT_EQ(static_cast<std::size_t>(length), samples.size()) << form.name;
+  for (std::size_t i = 0; i < samples.size(); ++i) {
+    const auto offset = static_cast<std::size_t>(samples[i].offset);
+    const unsigned char* p = &pixels[3 * offset];
+    const SampleKey key = SampleKey{samples[i].depth} << 48 |
+                          static_cast<SampleKey>(kFirst + offset) << 24 |
+                          static_cast<SampleKey>(p[0] + 256 * p[1] + 65536 * p[2]);
+    ASSERT_EQ(keys[i], key) << form.name << ", n " << s.depth.size() << ", element " << i;
+    ASSERT_EQ(cells[i], samples[i].cell) << form.name << ", n " << s.depth.size();
+  }
+}
+
 bool beats(const ListedSample& a, const ListedSample& b) {
   return a.depth != b.depth ? a.depth < b.depth : a.offset < b.offset;
 }
@@ -92,6 +123,7 @@ void expectEquivalent(const Samples& s) {
         EXPECT_TRUE(isBeaten(all, i)) << form.name << ", n " << s.depth.size() << ", sample " << i;
     }
     EXPECT_EQ(next, listed.size()) << form.name << ", n " << s.depth.size();
+    expectKeysOfList(form, s, listed);
   }
 }
 
@@ -225,6 +257,25 @@ TEST(AerialKernels, EveryFormGivesTheBytesOfThePlainView) {
     }
 }
 
+// Buffers of exactly the promised size, so that the sanitizers see what is written beyond.
+TEST(AerialKernels, KeysShowTheirColors) {
+  std::mt19937_64 random(6);
+  for (const std::size_t n : {0U, 1U, 2U, 7U, 8U, 9U, 10U, 11U, 15U, 16U, 17U, 18U, 33U, 1000U}) {
+    std::vector<SampleKey> keys(n);
+    std::vector<unsigned char> expected;
+    for (SampleKey& key : keys) {
+      key = random() % 4 == 0 ? kEmptyKey : random();
+      for (int byte = 0; byte < 3; ++byte)
+        expected.push_back(static_cast<unsigned char>(key >> 8 * byte & 255));
+    }
+    for (const Form& form : runnableForms()) {
+      std::vector<unsigned char> image(3 * n, 0xA5);
+      form.kernels.showKeys(keys.data(), n, image.data());
+      EXPECT_EQ(image, expected) << form.name << ", " << n << " keys";
+    }
+  }
+}
+
 TEST(AerialKernels, RangeOfCellsIsFound) {
   std::mt19937 random(5);
   for (int n = 1; n <= 70; ++n)
@@ -244,19 +295,24 @@ TEST(AerialKernels, CoveredCellsAreListed) {
   std::mt19937 random(3);
   for (const int n : {0, 1, 7, 8, 15, 16, 17, 31, 32, 33, 63, 65, 1000, kMostListed})
     for (const unsigned emptyIn100 : {0U, 50U, 97U, 100U}) {
+      const unsigned depthEnd = n % 2 == 0 ? kEmptyCell : 1000;
       std::vector<std::uint16_t> depth(static_cast<std::size_t>(n));
       std::vector<Listed> expected;
+      std::uint16_t depthBits = 0;
       for (int i = 0; i < n; ++i) {
         auto& cell = depth[static_cast<std::size_t>(i)];
         cell = random() % 100 < emptyIn100 ? kEmptyCell
-                                           : static_cast<std::uint16_t>(random() % kEmptyCell);
-        if (cell != kEmptyCell) expected.push_back(listed(cell, i));
+                                           : static_cast<std::uint16_t>(random() % depthEnd);
+        if (cell == kEmptyCell) continue;
+        expected.push_back(listed(cell, i));
+        depthBits |= cell;
       }
       for (const Form& form : runnableForms()) {
         std::vector<Listed> covered(depth.size() + kListSlack);
-        const int length = form.kernels.listCovered(depth.data(), n, covered.data());
-        covered.resize(static_cast<std::size_t>(length));
+        const CoveredCells found = form.kernels.listCovered(depth.data(), n, covered.data());
+        covered.resize(static_cast<std::size_t>(found.n));
         EXPECT_EQ(covered, expected) << form.name << ", " << n << " cells";
+        EXPECT_EQ(found.depthBits, depthBits) << form.name << ", " << n << " cells";
       }
     }
 }

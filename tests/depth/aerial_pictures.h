@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include "depth/aerial_cameras.h"
 #include "depth/aerial_projection.h"
 #include "depth/aerial_scenes.h"
 #include "depth/plain_aerial_view.h"
@@ -43,7 +44,16 @@ inline cv::Mat falseColored(const AerialScene& s) {
   return image;
 }
 
-// Both kernels against the plain loop.
+// The coloured image of a size by depths, as it is made where keys do not fit.
+inline cv::Mat coloredByDepths(const AerialScene& s, const cv::Size& size) {
+  cv::Mat image(size, CV_8UC3, cv::Scalar::all(7)), nearest(size, CV_16UC1);
+  AerialCameras cameras(s.depths, s.colors, s.intrinsics.data(), s.extrinsics.data(),
+                        {s.region, s.resolution, size.width}, image.total());
+  projectByDepths(cameras, {nearest.ptr<std::uint16_t>(), image.data, image.total()});
+  return image;
+}
+
+// Both kernels against the plain loop; colours by keys and by depths.
 inline void expectPlainBytes(const AerialScene& s) {
   const cv::Mat withColor =
       plainAerialView(s.depths.data(), s.colors.data(), s.intrinsics.data(), s.extrinsics.data(),
@@ -52,6 +62,7 @@ inline void expectPlainBytes(const AerialScene& s) {
       plainAerialView(s.depths.data(), nullptr, s.intrinsics.data(), s.extrinsics.data(),
                       s.cameraCount(), s.region, s.resolution);
   EXPECT_TRUE(haveEqualBytes(colored(s), withColor));
+  EXPECT_TRUE(haveEqualBytes(coloredByDepths(s, withColor.size()), withColor));
   EXPECT_TRUE(haveEqualBytes(falseColored(s), withoutColor));
 }
 

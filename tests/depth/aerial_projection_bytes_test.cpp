@@ -22,6 +22,28 @@ TEST(AerialProjection, FloorScenesHaveThePlainBytes) {
   }
 }
 
+// Cells beyond those that have keys.
+TEST(AerialProjection, LargeGridHasThePlainBytes) {
+  AerialScene scene = floorScene(3, 320, 240, 0.05, 11);
+  scene.region = {-400, -300, 500, 420};
+  scene.resolution = 0.7F;
+  expectPlainBytes(scene);
+}
+
+// Samples beyond those that keys can number, many as near as others in their cell.
+TEST(AerialProjection, MoreSamplesThanNumbersHaveThePlainBytes) {
+  AerialScene scene = floorScene(1, 4100, 2, 0.05, 12);
+  scene.depths[0] = cv::repeat(scene.depths[0], 2050, 1);
+  scene.colors[0] = cv::repeat(scene.colors[0], 2050, 1);
+  scene.intrinsics[0] = intrinsicOf(4000, 2050, 4000, 2050);
+  scene.region = {-500, -500, 500, 500};
+  scene.resolution = 20;
+  const AerialCameras cameras(scene.depths, scene.colors, scene.intrinsics.data(), nullptr,
+                              {scene.region, scene.resolution, 51}, 51 * 51);
+  EXPECT_FALSE(fitKeys(cameras));
+  expectPlainBytes(scene);
+}
+
 double between(std::mt19937& random, double from, double to) {
   return std::uniform_real_distribution<double>(from, to)(random);
 }
