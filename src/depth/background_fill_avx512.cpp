@@ -16,7 +16,8 @@ constexpr __mmask16 kAllLanes = 0xFFFF;
 // The lanes of the sixteen columns from `first` that the row has.
 __mmask16 lanesOf(int width, int first) {
   const int left = width - first;
-  return left >= kFillLanes ? kAllLanes : static_cast<__mmask16>((1 << left) - 1);
+  if (left >= kFillLanes) return kAllLanes;
+  return left > 0 ? static_cast<__mmask16>((1 << left) - 1) : 0;
 }
 
 // Sixteen columns after the other. Known to be whole but for the last ones, they need no masks.
@@ -65,27 +66,39 @@ __m512i highestBits(__m512i shiftedSeeds) {
   return _mm512_srli_epi32(_mm512_castps_si512(_mm512_cvtepi32_ps(shiftedSeeds)), 23);
 }
 
-// The first seed beyond the sixteen columns that are worked on, looked for when it is asked for and
-// remembered as long as it is ahead: all in all, a row is gone through once.
+// The seeds of a row, gone through once: those of the sixteen columns that are worked on, and the
+// first one beyond, which is looked for when it is asked for and remembered as long as it is ahead.
 template <typename SeedsAt>
-class SeedAhead {
+class RowSeeds {
  public:
-  SeedAhead(int width, const SeedsAt& seedsAt) : width_(width), seedsAt_(seedsAt) {}
+  RowSeeds(int width, const SeedsAt& seedsAt)
+      : width_(width), seedsAt_(seedsAt), next_(seedsAt(0, lanesOf(width, 0))) {}
 
-  int beyond(int first) {
-    const int start = first + kFillLanes;
-    if (column_ >= start) return column_;
-    for (int next = start; next < width_; next += kFillLanes) {
+  // The columns from `first`, which is 0 and then the last one's plus 16.
+  __mmask16 advanceTo(int first) {
+    start_ = first + kFillLanes;
+    const __mmask16 seeds = next_;
+    next_ = start_ <= width_ - kFillLanes ? seedsAt_(start_, kAllLanes)
+                                          : seedsAt_(start_, lanesOf(width_, start_));
+    return seeds;
+  }
+
+  int beyond() { return next_ != 0 ? start_ + __builtin_ctz(next_) : farBeyond(); }
+
+ private:
+  int farBeyond() {
+    if (column_ >= start_) return column_;
+    for (int next = start_ + kFillLanes; next < width_; next += kFillLanes) {
       const __mmask16 seeds = seedsAt_(next, lanesOf(width_, next));
       if (seeds != 0) return column_ = next + __builtin_ctz(seeds);
     }
     return column_ = kNoSeedRight;
   }
 
- private:
   int width_;
   const SeedsAt& seedsAt_;
-  int column_ = -1;
+  int start_ = 0, column_ = -1;
+  __mmask16 next_;
 };
 
 // The last seed left of the sixteen columns, the value in every lane.
@@ -142,11 +155,11 @@ void fillFromBelow(Row row, std::uint32_t emptyMark) {
   const auto seedsAt = [&](int first, __mmask16 lanes) {
     return markSeeds(row.cells + first, lanes, mark);
   };
-  SeedAhead ahead(row.width, seedsAt);
+  RowSeeds rowSeeds(row.width, seedsAt);
   LeftSeed leftSeed;
   forEachSixteen(row.width, [&](int first, __mmask16 lanes) {
     fetchUpcoming(row, first);
-    const __mmask16 seeds = seedsAt(first, lanes);
+    const __mmask16 seeds = rowSeeds.advanceTo(first);
     const __m512 cells = _mm512_maskz_loadu_ps(lanes, row.cells + first);
     __m256i* const stepsOut = reinterpret_cast<__m256i*>(row.steps + first);
     if (seeds == kAllLanes) {
@@ -154,7 +167,7 @@ void fillFromBelow(Row row, std::uint32_t emptyMark) {
       leftSeed = lastLane(first, cells);
       return;
     }
-    const Nearest own = nearest16(row, first, ahead.beyond(first), seeds, cells, leftSeed);
+    const Nearest own = nearest16(row, first, rowSeeds.beyond(), seeds, cells, leftSeed);
     const __m512i ownSteps = _mm512_min_epi32(own.left, own.right);
     const __m512i below = _mm512_add_epi32(loadSteps(row.belowSteps + first), gap);
     const __mmask16 takesBelow = _mm512_mask_cmple_epi32_mask(lanes, below, ownSteps);
@@ -178,11 +191,11 @@ void fillFromAll(Row row) {
   const auto seedsAt = [&](int first, __mmask16 lanes) {
     return stepSeeds(row.steps + first, lanes);
   };
-  SeedAhead ahead(row.width, seedsAt);
+  RowSeeds rowSeeds(row.width, seedsAt);
   LeftSeed leftSeed;
   forEachSixteen(row.width, [&](int first, __mmask16 lanes) {
     fetchUpcoming(row, first);
-    const __mmask16 seeds = seedsAt(first, lanes);
+    const __mmask16 seeds = rowSeeds.advanceTo(first);
     const __m512 cells = _mm512_maskz_loadu_ps(lanes, row.cells + first);
     if (seeds == kAllLanes) {
       _mm512_storeu_si512(row.aboveKeys + first, one);
@@ -190,7 +203,7 @@ void fillFromAll(Row row) {
       leftSeed = lastLane(first, cells);
       return;
     }
-    const Nearest own = nearest16(row, first, ahead.beyond(first), seeds, cells, leftSeed);
+    const Nearest own = nearest16(row, first, rowSeeds.beyond(), seeds, cells, leftSeed);
     // A seed itself counts as not to the right.
     const __m512i leftKeys = _mm512_add_epi32(_mm512_slli_epi32(own.left, 1), one);
     const __m512i rightKeys = _mm512_slli_epi32(own.right, 1);
