@@ -81,10 +81,6 @@ void forEachStretch(AerialCameras& cameras, std::size_t k, const Use& use) {
     }
 }
 
-std::uint64_t sampleCount(const cv::Mat& depth) {
-  return static_cast<std::uint64_t>(depth.rows) * static_cast<std::uint64_t>(depth.cols);
-}
-
 // A list is taken when the next one is made: until then the memory of its cells is on its way, and
 // that of the row below.
 void projectCameraByDepths(AerialCameras& cameras, std::size_t k, const AerialCells& cells,
@@ -106,6 +102,13 @@ void projectCameraByDepths(AerialCameras& cameras, std::size_t k, const AerialCe
   takeCells(lists[1 - current], cells);
 }
 
+std::uint64_t sampleCount(const AerialCameras& cameras) {
+  std::uint64_t samples = 0;
+  for (const cv::Mat& depth : cameras.depths)
+    samples += static_cast<std::uint64_t>(depth.rows) * static_cast<std::uint64_t>(depth.cols);
+  return samples;
+}
+
 } // namespace
 
 AerialCameras::AerialCameras(std::vector<cv::Mat> depthImages, std::vector<cv::Mat> colorImages,
@@ -125,9 +128,8 @@ AerialCameras::AerialCameras(std::vector<cv::Mat> depthImages, std::vector<cv::M
 }
 
 bool fitKeys(const AerialCameras& cameras) {
-  std::uint64_t samples = 0;
-  for (const cv::Mat& depth : cameras.depths) samples += sampleCount(depth);
-  return cameras.cellCount <= kCachedKeyBytes / sizeof(SampleKey) && samples <= kMostNumbered;
+  return cameras.cellCount <= kCachedKeyBytes / sizeof(SampleKey) &&
+         sampleCount(cameras) <= kMostNumbered;
 }
 
 void projectByKeys(AerialCameras& cameras, SampleKey* cells, unsigned char* image) {
@@ -146,7 +148,8 @@ void projectByKeys(AerialCameras& cameras, SampleKey* cells, unsigned char* imag
   kernels.showKeys(cells, cameras.cellCount, image);
 }
 
-void projectByDepths(AerialCameras& cameras, const AerialCells& cells) {
+void projectByDepths(AerialCameras& cameras, AerialCells cells) {
+  cells.isSparse = sampleCount(cameras) < cells.count / 2;
   CellClearing clearing(cells, supportedKernels());
   for (std::size_t k = 0; k < cameras.depths.size(); ++k)
     projectCameraByDepths(cameras, k, cells, clearing);

@@ -37,7 +37,7 @@ bool fitKeys(const AerialCameras& cameras);
 void projectByKeys(AerialCameras& cameras, SampleKey* cells, unsigned char* image);
 
 // Any grid, with colours or without. All cells are written.
-void projectByDepths(AerialCameras& cameras, const AerialCells& cells);
+void projectByDepths(AerialCameras& cameras, AerialCells cells);
 
 } // namespace velmorn
 

@@ -26,7 +26,7 @@ unsigned char* shownAt(const AerialCells& cells, std::int32_t cell) {
   return cells.image + kColorBytes * static_cast<std::size_t>(cell);
 }
 
-// Both of these are written without branches: which sample wins is as good as random.
+// Written without branches, but for sparse cells: which sample wins is as good as random.
 
 // What is smallest does not depend on the order. Samples close to each other often share a cell
 // and would wait for each other: the quarters of a list take turns.
@@ -69,6 +69,17 @@ void takeColors(const SampleList& list, const AerialCells& cells) {
     unsigned char* shown = shownAt(cells, list.cells[i]);
     assignMasked(static_cast<std::uint16_t>(wins), pixel, shown);
     assignMasked(static_cast<std::uint8_t>(wins), pixel + 2, shown + 2);
+  }
+}
+
+void takeSparseColors(const SampleList& list, const AerialCells& cells) {
+  for (int i = 0; i < list.n; ++i) {
+    const std::uint16_t depth = depthOf(list.samples[i]);
+    std::uint16_t& nearest = cells.nearest[list.cells[i]];
+    if (depth >= nearest) continue;
+    nearest = depth;
+    std::memcpy(shownAt(cells, list.cells[i]), list.color + kColorBytes * offsetOf(list.samples[i]),
+                kColorBytes);
   }
 }
 
@@ -117,6 +128,8 @@ void fetchCells(const SampleList& list, const AerialCells& cells) {
 void takeCells(const SampleList& list, const AerialCells& cells) {
   if (cells.image == nullptr)
     takeDepths(list, cells);
+  else if (cells.isSparse)
+    takeSparseColors(list, cells);
   else
     takeColors(list, cells);
 }

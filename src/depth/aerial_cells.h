@@ -34,6 +34,7 @@ struct AerialCells {
   std::uint16_t* nearest; // their depths so far, kEmptyCell where there is none
   unsigned char* image;   // their colours so far, null without colour
   std::size_t count;
+  bool isSparse = false; // so many more cells than samples that nearly every sample wins
 };
 
 // Makes cells empty and black. Grids beyond the caches are cleared piece by piece, just before

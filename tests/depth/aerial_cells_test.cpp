@@ -113,15 +113,17 @@ TEST(TakeCells, NearestOfAListStays) {
       expected[cell] = depth;
       winner[cell] = i;
     }
-    Grid plain(5), colored(5);
-    for (const bool isColored : {false, true}) {
-      Grid& grid = isColored ? colored : plain;
-      CellClearing(grid.cells(isColored), plainAerialKernels()).clearRest();
-      takeCells(list, grid.cells(isColored));
-      EXPECT_EQ(grid.nearest, expected) << n;
-    }
-    for (std::size_t cell = 0; cell < 5; ++cell)
-      EXPECT_EQ(colored.image[3 * cell], winner[cell] < 0 ? 0 : 3 * winner[cell]) << n;
+    for (const bool isColored : {false, true})
+      for (const bool isSparse : {false, true}) {
+        Grid grid(5);
+        AerialCells cells = grid.cells(isColored);
+        cells.isSparse = isSparse;
+        CellClearing(cells, plainAerialKernels()).clearRest();
+        takeCells(list, cells);
+        EXPECT_EQ(grid.nearest, expected) << n;
+        for (std::size_t cell = 0; cell < 5 && isColored; ++cell)
+          EXPECT_EQ(grid.image[3 * cell + 2], winner[cell] < 0 ? 0 : 3 * winner[cell] + 2) << n;
+      }
   }
 }
 
