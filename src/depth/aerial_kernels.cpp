@@ -46,10 +46,7 @@ int listSamples(const DepthStretch& stretch, const CameraFactors& camera, const 
 
 int listKeys(const DepthStretch& stretch, const NumberedPixels& pixels, const CameraFactors& camera,
              const AerialGrid& grid, SampleKey* keys, std::int32_t* cells) {
-  Listed samples[kMostListed + kListSlack];
-  const int length = listSamples(stretch, camera, grid, samples, cells);
-  makeKeys(samples, length, pixels, keys);
-  return length;
+  return listKeysBy(listSamples, stretch, pixels, camera, grid, keys, cells);
 }
 
 void showKeys(const SampleKey* keys, std::size_t n, unsigned char* image) {
@@ -76,13 +73,18 @@ CoveredCells listCovered(const std::uint16_t* depth, int n, Listed* covered) {
 
 } // namespace
 
-void makeKeys(const Listed* samples, int n, const NumberedPixels& pixels, SampleKey* keys) {
-  for (int i = 0; i < n; ++i) {
+int listKeysBy(ListSamples listSamples, const DepthStretch& stretch, const NumberedPixels& pixels,
+               const CameraFactors& camera, const AerialGrid& grid, SampleKey* keys,
+               std::int32_t* cells) {
+  Listed samples[kMostListed + kListSlack];
+  const int length = listSamples(stretch, camera, grid, samples, cells);
+  for (int i = 0; i < length; ++i) {
     const std::uint32_t offset = offsetOf(samples[i]);
     const unsigned char* pixel = pixels.bytes + std::size_t{3} * offset;
     const std::uint32_t color = pixel[0] | pixel[1] << 8 | pixel[2] << 16;
     keys[i] = sampleKey(depthOf(samples[i]), pixels.first + offset, color);
   }
+  return length;
 }
 
 const AerialKernels& plainAerialKernels() {

@@ -117,8 +117,10 @@ struct AerialKernels {
   ListCovered listCovered;
 };
 
-// The keys of n listed samples: what is left of listKeys after listSamples.
-void makeKeys(const Listed* samples, int n, const NumberedPixels& pixels, SampleKey* keys);
+// listKeys by what another form lists.
+int listKeysBy(ListSamples listSamples, const DepthStretch& stretch, const NumberedPixels& pixels,
+               const CameraFactors& camera, const AerialGrid& grid, SampleKey* keys,
+               std::int32_t* cells);
 
 // The plain form, in every build.
 const AerialKernels& plainAerialKernels();

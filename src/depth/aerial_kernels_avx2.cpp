@@ -121,10 +121,7 @@ int listSamples(const DepthStretch& stretch, const CameraFactors& camera, const 
 
 int listKeys(const DepthStretch& stretch, const NumberedPixels& pixels, const CameraFactors& camera,
              const AerialGrid& grid, SampleKey* keys, std::int32_t* cells) {
-  Listed samples[kMostListed + kListSlack];
-  const int length = listSamples(stretch, camera, grid, samples, cells);
-  makeKeys(samples, length, pixels, keys);
-  return length;
+  return listKeysBy(listSamples, stretch, pixels, camera, grid, keys, cells);
 }
 
 // Eight keys at a time, 24 bytes; both stores reach over what follows, which is written later.

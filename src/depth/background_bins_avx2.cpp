@@ -1,17 +1,13 @@
 // The binning for processors with AVX2: eight points at once, their cells then one by one.
 #include <immintrin.h>
 
+#include "depth/background_batch.h"
 #include "depth/background_bins.h"
 
 namespace velmorn {
 namespace {
 
 constexpr int kLanes = 8;
-// Points whose cells are known before they are taken there. Few enough for the processor to locate
-// the next ones while it still waits for the cells of these.
-constexpr int kBatch = 16 * kLanes;
-constexpr int kPointsPerLine = 5;          // of the cache, cut off
-constexpr std::uintptr_t kFarAhead = 4096; // bytes
 
 struct EightPoints {
   __m256 x, y, z;
@@ -33,13 +29,6 @@ EightPoints load8(const tagOzKPoint3Df32* points) {
           _mm256_shuffle_ps(yz01, xy23, _MM_SHUFFLE(3, 1, 2, 0)),
           _mm256_shuffle_ps(yz01, q2, _MM_SHUFFLE(3, 0, 3, 1))};
 }
-
-// Points inside the region, in point order.
-struct Batch {
-  int cells[kBatch];
-  float z[kBatch];
-  int n;
-};
 
 struct Locator {
   explicit Locator(const BinGrid& grid)
@@ -70,34 +59,6 @@ struct Locator {
   __m256 x1, y1, x2, y2, cellSize;
   __m256i width;
 };
-
-// The processor's maximum gives its second operand when the first is not greater, or either is NaN.
-template <bool keepHighest>
-void takePoint(float* cell, const float* newZ, __m128i emptyMark) {
-  const __m128 z = _mm_load_ss(newZ), old = _mm_load_ss(cell);
-  const __m128 better = keepHighest ? _mm_max_ss(z, old) : _mm_min_ss(z, old);
-  const __m128 isEmpty = _mm_castsi128_ps(_mm_cmpeq_epi32(_mm_castps_si128(old), emptyMark));
-  _mm_store_ss(cell, _mm_blendv_ps(better, z, isEmpty));
-}
-
-// May lie beyond the points: asking for memory never fails.
-void fetch(std::uintptr_t address) {
-  _mm_prefetch(reinterpret_cast<const char*>(address), _MM_HINT_T0);
-}
-
-// Fetches as many of the upcoming points along the way: taking waits for the cells, locating for
-// the points.
-template <bool keepHighest>
-void takeBatch(const Batch& batch, std::uintptr_t upcoming, __m128i emptyMark, float* cells) {
-  int i = 0;
-  for (; i <= batch.n - kPointsPerLine; i += kPointsPerLine) {
-    fetch(upcoming);
-    upcoming += kPointsPerLine * sizeof(tagOzKPoint3Df32);
-    for (int k = i; k < i + kPointsPerLine; ++k)
-      takePoint<keepHighest>(cells + batch.cells[k], batch.z + k, emptyMark);
-  }
-  for (; i < batch.n; ++i) takePoint<keepHighest>(cells + batch.cells[i], batch.z + i, emptyMark);
-}
 
 struct Marked {
   __m256i mark;
@@ -132,9 +93,7 @@ void locateBatch(const tagOzKPoint3Df32* points, int n, const Locator& locator, 
                  Batch& batch) {
   batch.n = 0;
   for (int i = 0; i < n; i += kLanes) {
-    const std::uintptr_t ahead = reinterpret_cast<std::uintptr_t>(points + i) + kFarAhead;
-    fetch(ahead);
-    fetch(ahead + 64);
+    fetchFarAhead(points + i, 2);
     const EightPoints p = load8(points + i);
     const __m256 inside = locator.inside(p);
     marked.look(p, inside);
@@ -152,8 +111,7 @@ bool binWith(const tagOzKPoint3Df32* points, int n, const BinGrid& grid, std::ui
   for (int i = 0; i < end; i += kBatch) {
     const int size = end - i < kBatch ? end - i : kBatch;
     locateBatch(points + i, size, locator, marked, batch);
-    takeBatch<keepHighest>(batch, reinterpret_cast<std::uintptr_t>(points + i + size),
-                           _mm256_castsi256_si128(marked.mark), cells);
+    takeBatch<keepHighest>(batch, points + i + size, _mm256_castsi256_si128(marked.mark), cells);
   }
   const bool restIsUnmarked =
       plainBinPoints(points + end, n - end, grid, keepHighest, emptyMark, cells);

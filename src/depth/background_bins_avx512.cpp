@@ -1,17 +1,13 @@
 // The binning for processors with AVX-512: sixteen points at once, their cells then one by one.
 #include <immintrin.h>
 
+#include "depth/background_batch.h"
 #include "depth/background_bins.h"
 
 namespace velmorn {
 namespace {
 
 constexpr int kLanes = 16;
-// Points whose cells are known before they are taken there. Few enough for the processor to locate
-// the next ones while it still waits for the cells of these.
-constexpr int kBatch = 8 * kLanes;
-constexpr int kPointsPerLine = 5;          // of the cache, cut off
-constexpr std::uintptr_t kFarAhead = 4096; // bytes
 
 struct SixteenPoints {
   __m512 x, y, z;
@@ -34,13 +30,6 @@ SixteenPoints load16(const tagOzKPoint3Df32* points) {
   const __m512 a = _mm512_loadu_ps(f), b = _mm512_loadu_ps(f + 16), c = _mm512_loadu_ps(f + 32);
   return {everyThird<0>(a, b, c), everyThird<1>(a, b, c), everyThird<2>(a, b, c)};
 }
-
-// Points inside the region, in point order.
-struct Batch {
-  int cells[kBatch + kLanes];
-  float z[kBatch + kLanes];
-  int n;
-};
 
 struct Locator {
   explicit Locator(const BinGrid& grid)
@@ -70,38 +59,6 @@ struct Locator {
   __m512i width;
 };
 
-// The processor's maximum gives its second operand when the first is not greater, or either is NaN.
-template <bool keepHighest>
-__m128 better(__m128 cell, __m128 z) {
-  return keepHighest ? _mm_max_ss(z, cell) : _mm_min_ss(z, cell);
-}
-
-template <bool keepHighest>
-void takePoint(float* cell, const float* newZ, __m128i emptyMark) {
-  const __m128 z = _mm_load_ss(newZ), old = _mm_load_ss(cell);
-  const __m128 isEmpty = _mm_castsi128_ps(_mm_cmpeq_epi32(_mm_castps_si128(old), emptyMark));
-  _mm_store_ss(cell, _mm_blendv_ps(better<keepHighest>(old, z), z, isEmpty));
-}
-
-// May lie beyond the points: asking for memory never fails.
-void fetch(std::uintptr_t address) {
-  _mm_prefetch(reinterpret_cast<const char*>(address), _MM_HINT_T0);
-}
-
-// Fetches as many of the upcoming points along the way: taking waits for the cells, locating for
-// the points.
-template <bool keepHighest>
-void takeBatch(const Batch& batch, std::uintptr_t upcoming, __m128i emptyMark, float* cells) {
-  int i = 0;
-  for (; i <= batch.n - kPointsPerLine; i += kPointsPerLine) {
-    fetch(upcoming);
-    upcoming += kPointsPerLine * sizeof(tagOzKPoint3Df32);
-    for (int k = i; k < i + kPointsPerLine; ++k)
-      takePoint<keepHighest>(cells + batch.cells[k], batch.z + k, emptyMark);
-  }
-  for (; i < batch.n; ++i) takePoint<keepHighest>(cells + batch.cells[i], batch.z + i, emptyMark);
-}
-
 // Points before the first one whose loads keep to the lines of the cache; 0 when there is none.
 int pointsBeforeLine(const tagOzKPoint3Df32* points) {
   const std::uintptr_t address = reinterpret_cast<std::uintptr_t>(points);
@@ -122,8 +79,7 @@ void locateBatch(const tagOzKPoint3Df32* points, int n, const Locator& locator, 
                  Batch& batch) {
   batch.n = 0;
   for (int i = 0; i < n; i += kLanes) {
-    const std::uintptr_t ahead = reinterpret_cast<std::uintptr_t>(points + i) + kFarAhead;
-    for (std::uintptr_t line = 0; line < 3; ++line) fetch(ahead + 64 * line);
+    fetchFarAhead(points + i, 3);
     const SixteenPoints p = load16(points + i);
     const __mmask16 inside = locator.inside(p);
     marked.look(p, inside);
@@ -149,8 +105,7 @@ bool binWith(const tagOzKPoint3Df32* points, int n, const BinGrid& grid, std::ui
   for (int i = start; i < end; i += kBatch) {
     const int size = end - i < kBatch ? end - i : kBatch;
     locateBatch(points + i, size, locator, marked, batch);
-    takeBatch<keepHighest>(batch, reinterpret_cast<std::uintptr_t>(points + i + size),
-                           _mm512_castsi512_si128(marked.mark), cells);
+    takeBatch<keepHighest>(batch, points + i + size, _mm512_castsi512_si128(marked.mark), cells);
   }
   const bool restIsUnmarked = binPlainly(end, n);
   return marked.seen == 0 && startIsUnmarked && restIsUnmarked;
