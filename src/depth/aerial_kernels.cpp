@@ -81,7 +81,7 @@ int listKeysBy(ListSamples listSamples, const DepthStretch& stretch, const Numbe
   for (int i = 0; i < length; ++i) {
     const std::uint32_t offset = offsetOf(samples[i]);
     const unsigned char* pixel = pixels.bytes + std::size_t{3} * offset;
-    const std::uint32_t color = pixel[0] | pixel[1] << 8 | pixel[2] << 16;
+    const auto color = static_cast<std::uint32_t>(pixel[0] | pixel[1] << 8 | pixel[2] << 16);
     keys[i] = sampleKey(depthOf(samples[i]), pixels.first + offset, color);
   }
   return length;

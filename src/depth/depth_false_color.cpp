@@ -15,7 +15,6 @@
 namespace velmorn {
 namespace {
 
-constexpr int kDepths = kEmptyCell; // depths that a cell can have, 0 to 65534
 constexpr std::size_t kCellBytes = 3;
 
 // Cells that are listed at a time.
