@@ -37,7 +37,7 @@ struct DepthStretch {
 };
 
 // Lists hold an offset into their stretch in 16 bits.
-constexpr int kMostListed = 4096;
+constexpr int kMostListed = 8192;
 // Elements that a form may write beyond the end of its list.
 constexpr int kListSlack = 16;
 

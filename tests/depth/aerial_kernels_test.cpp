@@ -182,7 +182,7 @@ TEST(AerialKernels, EveryDepthKeepsItsValue) {
   s.grid = {{-1, -1, 1, 1}, 1, 3};
   s.rowFactor = 0;
   for (std::size_t i = 0; i < s.depth.size(); ++i) {
-    s.depth[i] = static_cast<std::uint16_t>(65535 - 16 * i);
+    s.depth[i] = static_cast<std::uint16_t>(65535 - 8 * i);
     s.columnFactors[i] = 0;
   }
   expectEquivalent(s);

@@ -74,6 +74,23 @@ TEST(DepthFalseColor, BlocksHaveThePlainBytesAtAllTheirBorders) {
       }
 }
 
+// The larger blocks of large grids: empty, with room for their lists or not, covered, the last one
+// of any length.
+TEST(DepthFalseColor, LargeGridsHaveThePlainBytes) {
+  std::mt19937 random(13);
+  for (const int height : {1024, 1025, 1029, 1032}) {
+    constexpr int kWidth = 1024;
+    std::vector<unsigned short> depth(static_cast<std::size_t>(kWidth * height), kEmptyCell);
+    for (std::size_t i = 0; i < depth.size(); ++i) {
+      const std::size_t coveredIn5 = i / 8192 % 6;
+      if (random() % 5 < coveredIn5) depth[i] = static_cast<unsigned short>(random() % 3000);
+    }
+    Bytes expected(3 * depth.size());
+    plainFalseColor(depth.data(), kWidth, height, expected.data());
+    EXPECT_TRUE(render(depth, kWidth, height) == expected) << height;
+  }
+}
+
 // 17.6 million covered cells: the running count times 255 no longer fits into 32 bits, and the
 // farthest cells come out near again.
 TEST(DepthFalseColor, RunningCountWrapsAround) {
