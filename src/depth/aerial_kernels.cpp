@@ -46,7 +46,15 @@ int listSamples(const DepthStretch& stretch, const CameraFactors& camera, const 
 
 int listKeys(const DepthStretch& stretch, const NumberedPixels& pixels, const CameraFactors& camera,
              const AerialGrid& grid, SampleKey* keys, std::int32_t* cells) {
-  return listKeysBy(listSamples, stretch, pixels, camera, grid, keys, cells);
+  Listed samples[kMostListed + kListSlack];
+  const int length = listSamples(stretch, camera, grid, samples, cells);
+  for (int i = 0; i < length; ++i) {
+    const std::uint32_t offset = offsetOf(samples[i]);
+    const unsigned char* pixel = pixels.bytes + std::size_t{3} * offset;
+    const auto color = static_cast<std::uint32_t>(pixel[0] | pixel[1] << 8 | pixel[2] << 16);
+    keys[i] = sampleKey(depthOf(samples[i]), pixels.first + offset, color);
+  }
+  return length;
 }
 
 void showKeys(const SampleKey* keys, std::size_t n, unsigned char* image) {
@@ -72,20 +80,6 @@ CoveredCells listCovered(const std::uint16_t* depth, int n, Listed* covered) {
 }
 
 } // namespace
-
-int listKeysBy(ListSamples listSamples, const DepthStretch& stretch, const NumberedPixels& pixels,
-               const CameraFactors& camera, const AerialGrid& grid, SampleKey* keys,
-               std::int32_t* cells) {
-  Listed samples[kMostListed + kListSlack];
-  const int length = listSamples(stretch, camera, grid, samples, cells);
-  for (int i = 0; i < length; ++i) {
-    const std::uint32_t offset = offsetOf(samples[i]);
-    const unsigned char* pixel = pixels.bytes + std::size_t{3} * offset;
-    const auto color = static_cast<std::uint32_t>(pixel[0] | pixel[1] << 8 | pixel[2] << 16);
-    keys[i] = sampleKey(depthOf(samples[i]), pixels.first + offset, color);
-  }
-  return length;
-}
 
 const AerialKernels& plainAerialKernels() {
   static const AerialKernels kernels{listSamples, listKeys, showKeys, findRange, listCovered};

@@ -117,11 +117,6 @@ struct AerialKernels {
   ListCovered listCovered;
 };
 
-// listKeys by what another form lists.
-int listKeysBy(ListSamples listSamples, const DepthStretch& stretch, const NumberedPixels& pixels,
-               const CameraFactors& camera, const AerialGrid& grid, SampleKey* keys,
-               std::int32_t* cells);
-
 // The plain form, in every build.
 const AerialKernels& plainAerialKernels();
 

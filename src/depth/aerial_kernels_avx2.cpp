@@ -75,25 +75,21 @@ __m256i listed8(__m256i depth, int first) {
                          _mm256_add_epi32(lanes, _mm256_set1_epi32(first)));
 }
 
-// Lists the rest of a stretch, from sample i on, behind what is listed already.
-int listRest(const DepthStretch& stretch, int i, const CameraFactors& camera,
-             const AerialGrid& grid, Listed* samples, std::int32_t* cells) {
-  const DepthStretch rest{stretch.depth + i, stretch.columnFactors + i, stretch.n - i,
-                          stretch.rowFactor};
-  const int length = plainAerialKernels().listSamples(rest, camera, grid, samples, cells);
-  for (int k = 0; k < length; ++k) samples[k] += static_cast<Listed>(i);
-  return length;
-}
+// Eight samples of a stretch, those from `first` on.
+struct Eight {
+  int first, kept; // the lanes that are listed, as bits
+  __m256i depth, cell;
+};
 
-int listSamples(const DepthStretch& stretch, const CameraFactors& camera, const AerialGrid& grid,
-                Listed* samples, std::int32_t* cells) {
-  const LaneTable& table = laneTable();
+// Hands on whole eights, returns the number of samples in them.
+template <typename Append>
+int listEights(const DepthStretch& stretch, const CameraFactors& camera, const AerialGrid& grid,
+               Append& append) {
   const tagOzKRect2Df32& region = grid.region;
   const __m256 rowFactor = _mm256_set1_ps(stretch.rowFactor);
   const __m256i width = _mm256_set1_epi32(grid.width);
   const __m256i zero = _mm256_setzero_si256();
 
-  int length = 0;
   int i = 0;
   for (; i <= stretch.n - 8; i += 8) {
     const __m256i depth = load8(stretch.depth + i);
@@ -106,22 +102,90 @@ int listSamples(const DepthStretch& stretch, const CameraFactors& camera, const 
     const __m256 inside =
         _mm256_and_ps(within(region.x1, p.x, region.x2), within(region.y1, p.y, region.y2));
     const __m256 hasDepth = _mm256_castsi256_ps(_mm256_cmpgt_epi32(depth, zero));
-    const int mask = _mm256_movemask_ps(_mm256_and_ps(inside, hasDepth));
-
+    const int kept = _mm256_movemask_ps(_mm256_and_ps(inside, hasDepth));
     const __m256i cell =
         _mm256_add_epi32(_mm256_mullo_epi32(cellsAlong(p.y, region.y1, grid.resolution), width),
                          cellsAlong(p.x, region.x1, grid.resolution));
-    const std::uint64_t lanes = table.lanesOf[mask];
-    store(samples + length, compress(listed8(depth, i), lanes));
-    store(cells + length, compress(cell, lanes));
-    length += __builtin_popcount(static_cast<unsigned>(mask));
+    append({i, kept, depth, cell});
   }
-  return length + listRest(stretch, i, camera, grid, samples + length, cells + length);
+  return i;
+}
+
+struct AppendSamples {
+  Listed* samples;
+  std::int32_t* cells;
+  const LaneTable& table;
+  int length = 0;
+
+  void operator()(const Eight& s) {
+    const std::uint64_t lanes = table.lanesOf[s.kept];
+    store(samples + length, compress(listed8(s.depth, s.first), lanes));
+    store(cells + length, compress(s.cell, lanes));
+    length += __builtin_popcount(static_cast<unsigned>(s.kept));
+  }
+};
+
+struct AppendKeys {
+  NumberedPixels pixels;
+  SampleKey* keys;
+  std::int32_t* cells;
+  const LaneTable& table;
+  int length = 0;
+
+  // A pixel's three bytes in every lane. The upper half is loaded from four bytes before its own,
+  // so that nothing beyond the eight pixels is read.
+  __m256i colors(int first) const {
+    const unsigned char* bytes = pixels.bytes + 3 * first;
+    const __m128i low = _mm_loadu_si128(reinterpret_cast<const __m128i*>(bytes)),
+                  high = _mm_loadu_si128(reinterpret_cast<const __m128i*>(bytes + 8));
+    return _mm256_shuffle_epi8(
+        _mm256_set_m128i(high, low),
+        _mm256_setr_epi8(0, 1, 2, -1, 3, 4, 5, -1, 6, 7, 8, -1, 9, 10, 11, -1, //
+                         4, 5, 6, -1, 7, 8, 9, -1, 10, 11, 12, -1, 13, 14, 15, -1));
+  }
+
+  void operator()(const Eight& s) {
+    const std::uint64_t lanes = table.lanesOf[s.kept];
+    const __m256i number =
+        _mm256_add_epi32(_mm256_setr_epi32(0, 1, 2, 3, 4, 5, 6, 7),
+                         _mm256_set1_epi32(static_cast<int>(pixels.first) + s.first));
+    const __m256i upper = compress(
+        _mm256_or_si256(_mm256_slli_epi32(s.depth, 16), _mm256_srli_epi32(number, 8)), lanes);
+    const __m256i lower =
+        compress(_mm256_or_si256(_mm256_slli_epi32(number, 24), colors(s.first)), lanes);
+    // Keys 0 1 4 5 and 2 3 6 7.
+    const __m256i even = _mm256_unpacklo_epi32(lower, upper),
+                  odd = _mm256_unpackhi_epi32(lower, upper);
+    store(keys + length, _mm256_permute2x128_si256(even, odd, 0x20));
+    store(keys + length + 4, _mm256_permute2x128_si256(even, odd, 0x31));
+    store(cells + length, compress(s.cell, lanes));
+    length += __builtin_popcount(static_cast<unsigned>(s.kept));
+  }
+};
+
+DepthStretch restOf(const DepthStretch& stretch, int done) {
+  return {stretch.depth + done, stretch.columnFactors + done, stretch.n - done, stretch.rowFactor};
+}
+
+int listSamples(const DepthStretch& stretch, const CameraFactors& camera, const AerialGrid& grid,
+                Listed* samples, std::int32_t* cells) {
+  AppendSamples append{samples, cells, laneTable()};
+  const int done = listEights(stretch, camera, grid, append);
+  Listed* const rest = samples + append.length;
+  const int length = plainAerialKernels().listSamples(restOf(stretch, done), camera, grid, rest,
+                                                      cells + append.length);
+  for (int k = 0; k < length; ++k) rest[k] += static_cast<Listed>(done);
+  return append.length + length;
 }
 
 int listKeys(const DepthStretch& stretch, const NumberedPixels& pixels, const CameraFactors& camera,
              const AerialGrid& grid, SampleKey* keys, std::int32_t* cells) {
-  return listKeysBy(listSamples, stretch, pixels, camera, grid, keys, cells);
+  AppendKeys append{pixels, keys, cells, laneTable()};
+  const int done = listEights(stretch, camera, grid, append);
+  const NumberedPixels rest{pixels.bytes + 3 * done,
+                            pixels.first + static_cast<std::uint32_t>(done)};
+  return append.length + plainAerialKernels().listKeys(restOf(stretch, done), rest, camera, grid,
+                                                       keys + append.length, cells + append.length);
 }
 
 // Eight keys at a time, 24 bytes; both stores reach over what follows, which is written later.
