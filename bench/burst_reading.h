@@ -8,12 +8,15 @@
 #include <algorithm>
 #include <chrono>
 #include <cstddef>
+#include <cstring>
 #include <functional>
 #include <vector>
 
 #if defined(__x86_64__)
 #include <immintrin.h>
 #endif
+
+#include <opencv2/core.hpp>
 
 #include "depth/bursts.h"
 
@@ -44,6 +47,14 @@ template <typename Sample>
 void readBurst(const Burst<Sample>& burst) {
   for (const tagOzKImage& image : burst.images)
     readImage(static_cast<const char*>(image.data), burst.size() * sizeof(Sample));
+}
+
+// The same, and an image written: what no average can do without.
+template <typename Sample>
+void readAndWrite(const Burst<Sample>& burst, cv::Mat& image) {
+  readBurst(burst);
+  std::memset(image.data, 1, image.total() * image.elemSize());
+  benchmark::ClobberMemory();
 }
 
 template <typename Sample>

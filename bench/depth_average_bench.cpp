@@ -74,7 +74,7 @@ void depthAverage(benchmark::State& state) {
       randomDepthBurst(static_cast<int>(state.range(0)), static_cast<std::uint32_t>(state.range(1)),
                        static_cast<std::uint32_t>(state.range(2)), 0.2, 1);
   const std::vector<cv::Mat> images = matrices(burst);
-  cv::Mat average(images[0].size(), CV_16U), plain = average.clone();
+  cv::Mat average(images[0].size(), CV_16U), plain = average.clone(), written = average.clone();
   cv::Mat masked, bytes, words;
   takeTurns(state, {{"shipped",
                      [&] {
@@ -89,7 +89,8 @@ void depthAverage(benchmark::State& state) {
                     {"cv_masked", [&] { accumulateMasked(images, masked); }},
                     {"cv_count8", [&] { accumulateAndCountBytes(images, bytes); }},
                     {"cv_count16", [&] { accumulateAndCountWords(images, words); }},
-                    {"reading", [&] { readBurst(burst); }}});
+                    {"reading", [&] { readBurst(burst); }},
+                    {"reading_writing", [&] { readAndWrite(burst, written); }}});
   for (const cv::Mat& other : {plain, masked, bytes, words})
     if (cv::norm(average, other, cv::NORM_INF) != 0) state.SkipWithError("averages differ");
   state.SetBytesProcessed(state.iterations() * burstBytes(burst));

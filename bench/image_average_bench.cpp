@@ -1,6 +1,6 @@
 // The mean of a burst of colour images: the exported function beside the plain form, beside two
-// ways to do it with OpenCV, on one thread, and beside reading the burst alone. They take turns;
-// the counters are times relative to the exported function's.
+// ways to do it with OpenCV, on one thread, and beside reading the burst alone, without and with
+// writing an image. They take turns; the counters are times relative to the exported function's.
 #include <opencv2/core.hpp>
 #include <opencv2/imgproc.hpp>
 
@@ -40,7 +40,7 @@ void imageAverage(benchmark::State& state) {
                                       static_cast<std::uint32_t>(state.range(1)),
                                       static_cast<std::uint32_t>(state.range(2)), 1);
   const std::vector<cv::Mat> images = matrices(burst);
-  cv::Mat average(images[0].size(), CV_8UC3), plain = average.clone();
+  cv::Mat average(images[0].size(), CV_8UC3), plain = average.clone(), written = average.clone();
   cv::Mat floats, words;
   takeTurns(
       state,
@@ -49,7 +49,8 @@ void imageAverage(benchmark::State& state) {
         [&] { plainAverageBytes(burst.images.data(), burst.count(), burst.size(), plain.data); }},
        {"cv_float", [&] { accumulateFloats(images, floats); }},
        {"cv_16bit", [&] { addWords(images, words); }},
-       {"reading", [&] { readBurst(burst); }}});
+       {"reading", [&] { readBurst(burst); }},
+       {"reading_writing", [&] { readAndWrite(burst, written); }}});
   for (const cv::Mat& other : {plain, floats, words})
     if (cv::norm(average, other, cv::NORM_INF) != 0) state.SkipWithError("averages differ");
   state.SetBytesProcessed(state.iterations() * burstBytes(burst));

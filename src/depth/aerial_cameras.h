@@ -28,10 +28,12 @@ struct AerialCameras {
   std::size_t cellCount = 0;
 };
 
-// Colours by keys: one comparison and one store a sample instead of three, for grids whose keys,
-// four times as large as depths, stay in the caches.
+// Whether colours may go by keys: one comparison and one store a sample instead of three, for grids
+// whose keys, four times as large as depths, stay in the caches, and samples that can be numbered.
 bool fitKeys(const AerialCameras& cameras);
 
+// Where keys fit and there are colours.
+//
 // cells  cellCount keys, out
 // image  three bytes a cell, out
 void projectByKeys(AerialCameras& cameras, SampleKey* cells, unsigned char* image);

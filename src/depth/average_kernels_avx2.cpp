@@ -18,12 +18,13 @@ __m256i lowBytes(__m256i words, __m256i highBytes) {
 // A pair of vectors is as long as one cache line.
 struct Reading {
   static constexpr std::size_t kVectorBytes = 32;
-
-  static void prefetch(const char* samples) { _mm_prefetch(samples, _MM_HINT_T0); }
 };
 
 // Depth: a sample is a word. Those that are not 0 count.
 struct DepthMean : Reading {
+  static constexpr std::size_t kTileBytes = 65536;
+  static void prefetch(const char* samples) { _mm_prefetch(samples, _MM_HINT_T0); }
+
   struct Sums {
     __m256i words, highBytes, counts;
   };
@@ -59,8 +60,14 @@ struct DepthMean : Reading {
   }
 };
 
-// 8-bit images: a word is two samples. All of them count.
+// 8-bit images: a word is two samples. All of them count. Of a burst that is streamed from memory
+// the samples pass the second cache by and leave it to the sums of larger tiles.
+template <bool streams>
 struct ByteMean : Reading {
+  static constexpr std::size_t kTileBytes = streams ? 131072 : 65536;
+  static constexpr auto kHint = streams ? _MM_HINT_NTA : _MM_HINT_T0;
+  static void prefetch(const char* samples) { _mm_prefetch(samples, kHint); }
+
   struct Sums {
     __m256i words, highBytes;
   };
@@ -114,7 +121,10 @@ void averageBytes(const tagOzKImage* images, int count, std::size_t first, std::
   std::size_t done = first;
   if (count <= kMostExactImages) {
     done += (last - first) / kPairBytes * kPairBytes;
-    averagePairs(images, count, first, done, ByteMean(average, wordDivisor(count)));
+    if (isStreamed(count, last - first))
+      averagePairs(images, count, first, done, ByteMean<true>(average, wordDivisor(count)));
+    else
+      averagePairs(images, count, first, done, ByteMean<false>(average, wordDivisor(count)));
   }
   plainAverageKernels().bytes(images, count, done, last, average);
 }

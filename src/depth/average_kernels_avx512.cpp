@@ -18,15 +18,16 @@ __m512i lowBytes(__m512i words, __m512i highBytes) {
 // The two cache lines that a pair of vectors is in.
 struct Reading {
   static constexpr std::size_t kVectorBytes = 64;
-
-  static void prefetch(const char* samples) {
-    _mm_prefetch(samples, _MM_HINT_T0);
-    _mm_prefetch(samples + kVectorBytes, _MM_HINT_T0);
-  }
 };
 
 // Depth: a sample is a word. Those that are not 0 count.
 struct DepthMean : Reading {
+  static constexpr std::size_t kTileBytes = 65536;
+  static void prefetch(const char* samples) {
+    _mm_prefetch(samples, _MM_HINT_T0);
+    _mm_prefetch(samples + kVectorBytes, _MM_HINT_T0);
+  }
+
   struct Sums {
     __m512i words, highBytes, counts;
   };
@@ -62,8 +63,17 @@ struct DepthMean : Reading {
   }
 };
 
-// 8-bit images: a word is two samples. All of them count.
+// 8-bit images: a word is two samples. All of them count. Of a burst that is streamed from memory
+// the samples pass the second cache by and leave it to the sums of larger tiles.
+template <bool streams>
 struct ByteMean : Reading {
+  static constexpr std::size_t kTileBytes = streams ? 131072 : 65536;
+  static constexpr auto kHint = streams ? _MM_HINT_NTA : _MM_HINT_T0;
+  static void prefetch(const char* samples) {
+    _mm_prefetch(samples, kHint);
+    _mm_prefetch(samples + kVectorBytes, kHint);
+  }
+
   struct Sums {
     __m512i words, highBytes;
   };
@@ -116,7 +126,10 @@ void averageBytes(const tagOzKImage* images, int count, std::size_t first, std::
   std::size_t done = first;
   if (count <= kMostExactImages) {
     done += (last - first) / kPairBytes * kPairBytes;
-    averagePairs(images, count, first, done, ByteMean(average, wordDivisor(count)));
+    if (isStreamed(count, last - first))
+      averagePairs(images, count, first, done, ByteMean<true>(average, wordDivisor(count)));
+    else
+      averagePairs(images, count, first, done, ByteMean<false>(average, wordDivisor(count)));
   }
   plainAverageKernels().bytes(images, count, done, last, average);
 }

@@ -13,9 +13,8 @@ constexpr int kMostExactImages = 256;
 
 // Images that are read at the same time are streams to the processor, and memory is fast with a few
 // of them only: a burst of more images is read group by group, and tile by tile so that the sums in
-// between stay in the cache. They are on the stack: up to 192 KiB.
+// between stay in the cache. They are on the stack: up to 256 KiB.
 constexpr int kGroupImages = 5;
-constexpr std::size_t kTileBytes = 65536;    // of every image
 constexpr std::size_t kPrefetchBytes = 2048; // asked for in advance, across pages
 
 // How to divide integers of 16 bits by multiplication (T. Granlund, P. L. Montgomery, "Division by
@@ -34,9 +33,18 @@ WordDivisor wordDivisor(int divisor);
 // Internal linkage: what a vector form's file makes of these may not serve the rest of the library.
 namespace {
 
+// Bursts of more bytes than this come from memory.
+constexpr std::size_t kCachedBurst = std::size_t{1} << 25;
+
+// Whether so many images of so many bytes do. Without overflow: there is an image at least.
+inline bool isStreamed(int count, std::size_t bytes) {
+  return bytes > kCachedBurst / static_cast<std::size_t>(count);
+}
+
 // A kind of average, for a vector length:
 //   Sums                   what is kept of one vector of samples, {} before the first image
 //   kVectorBytes
+//   kTileBytes             of every image
 //   prefetch(samples)      asks for a pair of vectors
 //   add(sums, samples)     adds the vector of samples at an address
 //   store(sums, byte)      writes the averages of the vector that starts at this byte of an image
@@ -59,11 +67,11 @@ inline void averagePairs(const tagOzKImage* images, int count, std::size_t first
                          const Mean& mean) {
   using Sums = typename Mean::Sums;
   constexpr std::size_t kVectorBytes = Mean::kVectorBytes;
-  Sums tile[velmorn::kTileBytes / kVectorBytes];
+  Sums tile[Mean::kTileBytes / kVectorBytes];
   constexpr int kGroupSize = velmorn::kGroupImages;
-  for (std::size_t start = first; start < last; start += velmorn::kTileBytes) {
+  for (std::size_t start = first; start < last; start += Mean::kTileBytes) {
     const std::size_t rest = last - start;
-    const std::size_t size = rest < velmorn::kTileBytes ? rest : velmorn::kTileBytes;
+    const std::size_t size = rest < Mean::kTileBytes ? rest : Mean::kTileBytes;
     for (int done = 0; done < count; done += kGroupSize) {
       const bool isFirst = done == 0, isLast = count - done <= kGroupSize;
       const int added = isLast ? count - done : kGroupSize;

@@ -98,7 +98,7 @@ bool binWith(const tagOzKPoint3Df32* points, int n, const BinGrid& grid, std::ui
   const auto binPlainly = [&](int first, int end) {
     return plainBinPoints(points + first, end - first, grid, keepHighest, emptyMark, cells);
   };
-  const int start = pointsBeforeLine(points) < n ? pointsBeforeLine(points) : n;
+  const int beforeLine = pointsBeforeLine(points), start = beforeLine < n ? beforeLine : n;
   const int end = start + (n - start) / kLanes * kLanes;
   const bool startIsUnmarked = binPlainly(0, start);
   Batch batch;

@@ -16,8 +16,7 @@ constexpr __mmask16 kAllLanes = 0xFFFF;
 // The lanes of the sixteen columns from `first` that the row has.
 __mmask16 lanesOf(int width, int first) {
   const int left = width - first;
-  if (left >= kFillLanes) return kAllLanes;
-  return left > 0 ? static_cast<__mmask16>((1 << left) - 1) : 0;
+  return left >= kFillLanes ? kAllLanes : static_cast<__mmask16>((1 << left) - 1);
 }
 
 // Sixteen columns after the other. Known to be whole but for the last ones, they need no masks.
@@ -78,8 +77,10 @@ class RowSeeds {
   __mmask16 advanceTo(int first) {
     start_ = first + kFillLanes;
     const __mmask16 seeds = next_;
-    next_ = start_ <= width_ - kFillLanes ? seedsAt_(start_, kAllLanes)
-                                          : seedsAt_(start_, lanesOf(width_, start_));
+    if (start_ <= width_ - kFillLanes)
+      next_ = seedsAt_(start_, kAllLanes); // no mask to be made
+    else
+      next_ = start_ < width_ ? seedsAt_(start_, lanesOf(width_, start_)) : 0;
     return seeds;
   }
 

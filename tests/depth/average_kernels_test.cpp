@@ -140,6 +140,14 @@ TEST(AverageKernels, LargeImages) {
   }
 }
 
+// Above 32 MiB bursts of bytes are read in other tiles; just at it and just above.
+TEST(AverageKernels, BurstsBeyondTheCaches) {
+  const ByteBurst burst = randomColourBurst(4, 2797, 1001, 8);
+  const std::size_t cached = (std::size_t{1} << 25) / 4;
+  for (const std::size_t last : {cached, cached + 1, burst.size()})
+    expectPlainBytes(burst, 0, last);
+}
+
 TEST(AverageKernels, RangesThatStartAndEndAnywhere) {
   const DepthBurst depths = randomDepthBurst(12, 501, 1, 0.3, 5);
   const ByteBurst bytes = randomBurst<unsigned char>(12, kOzkImageOneChannel, 501, 1, 0.3, 6);

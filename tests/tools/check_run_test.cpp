@@ -151,11 +151,15 @@ TEST(CheckRun, NamesAHalfTurnedBoard) {
                                   HasSubstr("\"a\" and \"b\"")))));
 }
 
+void scaleFocalLengths(SyntheticRig& rig, std::size_t camera, double factor) {
+  rig.cameras[camera].matrix(0, 0) *= factor;
+  rig.cameras[camera].matrix(1, 1) *= factor;
+}
+
 TEST(CheckRun, NamesWrongIntrinsics) {
   SyntheticRig rig = threeCameras();
   const CornerMap corners = recordCorners(rig);
-  rig.cameras[1].matrix(0, 0) *= 1.1;
-  rig.cameras[1].matrix(1, 1) *= 1.1;
+  scaleFocalLengths(rig, 1, 1.1);
   const Findings findings = checkRun(recordOf(rig, corners));
   const std::string text = checkText("", StitchRecord(), findings);
   EXPECT_THAT(text, HasSubstr("PROBLEM  camera \"b\": b.yml does not fit its images: f"));
@@ -166,8 +170,7 @@ TEST(CheckRun, NamesWrongIntrinsics) {
 TEST(CheckRun, NamesIntrinsicsOfACameraOfTheSameKind) {
   SyntheticRig rig = threeCameras();
   const CornerMap corners = recordCorners(rig);
-  rig.cameras[1].matrix(0, 0) *= 1.01;
-  rig.cameras[1].matrix(1, 1) *= 1.01;
+  scaleFocalLengths(rig, 1, 1.01);
   const Findings findings = checkRun(recordOf(rig, corners));
   EXPECT_THAT(checkText("", StitchRecord(), findings),
               HasSubstr("PROBLEM  camera \"b\": b.yml does not fit its images"));
